@@ -1,0 +1,32 @@
+#include "core/game.h"
+#include "core/gamestate.h"
+#include "platform/qtplatform.h"
+
+#include <QApplication>
+
+int main(int argc, char *argv[])
+{
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Lexicove"));
+    // Windows hand the player on to each other, so there are moments with no
+    // window shown; the game ends the run itself.
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    lexicove::QtDialogs dialogs;
+    lexicove::QtSound sound;
+    lexicove::SystemClock clock;
+    lexicove::SystemRandom random;
+    lexicove::QtSystemInfo system;
+    lexicove::QtFiles files;
+    lexicove::Platform platform{dialogs, sound, clock, random, system, files};
+    lexicove::GameState state;
+
+    int result = 0;
+    {
+        lexicove::Game game(state, platform);
+        if (game.start())
+            result = QApplication::exec();
+    }
+    sound.shutdown();
+    return result;
+}

@@ -1,0 +1,109 @@
+#pragma once
+
+// The operations the game asks of the system it runs on. Each is a small
+// interface with one real implementation (qtplatform.h) and one scripted
+// double for the tests (tests/support/fakeplatform.h). Windows and logic get
+// them through their constructors; nothing reaches the system any other way.
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+#include <QtGlobal>
+
+class QWidget;
+
+namespace lexicove {
+
+inline const QString kAppTitle = QStringLiteral("Lexicove");
+
+enum class MessageButtons { Ok, YesNo };
+enum class MessageResult { Ok, Yes, No };
+
+// Modal message and input boxes.
+class Dialogs {
+public:
+    virtual ~Dialogs() = default;
+    // A message box with no icon. An empty title shows the application's
+    // title, "Lexicove". With Yes and No, Yes comes first and is the default.
+    virtual MessageResult message(QWidget *parent, const QString &prompt,
+                                  MessageButtons buttons = MessageButtons::Ok,
+                                  const QString &title = QString()) = 0;
+    // Returns the text as typed, or the empty text when cancelled.
+    virtual QString input(QWidget *parent, const QString &prompt, const QString &title,
+                          const QString &defaultText) = 0;
+};
+
+// Sounds play in the background; a new sound cuts off the one still playing.
+class Sound {
+public:
+    virtual ~Sound() = default;
+    virtual void play(const QString &path) = 0;
+};
+
+class Clock {
+public:
+    virtual ~Clock() = default;
+    // Milliseconds since some fixed moment, as a 32-bit count that wraps.
+    virtual quint32 tickCount() = 0;
+    // Seconds since midnight, with their fraction.
+    virtual double secondsSinceMidnight() = 0;
+};
+
+// The program's one random generator.
+class Random {
+public:
+    virtual ~Random() = default;
+    virtual void seed(double value) = 0;
+    // A uniform value r with 0 <= r < 1.
+    virtual double next() = 0;
+    // A whole number from 1 to n, drawn as Int(r * n) + 1.
+    int draw(int n) { return static_cast<int>(next() * n) + 1; }
+};
+
+class SystemInfo {
+public:
+    virtual ~SystemInfo() = default;
+    // The operating system's system folder; empty when it can't be had.
+    virtual QString systemDirectory() = 0;
+    // The folder of the program itself; the sounds lie in it.
+    virtual QString programFolder() = 0;
+    // Where the word lists are kept: the program folder when it is writable,
+    // otherwise the user's application data folder.
+    virtual QString wordListFolder() = 0;
+};
+
+class Files {
+public:
+    virtual ~Files() = default;
+    // The names (not paths) of the files in folder whose extension is
+    // `extension` (".wds") in any case, sorted without regard to case.
+    virtual QStringList list(const QString &folder, const QString &extension) = 0;
+    // On failure these return false and put the reason, in plain words, in
+    // error.
+    virtual bool read(const QString &path, QByteArray &bytes, QString &error) = 0;
+    // Replaces the file whole or not at all: a failed write leaves the old
+    // file as it was.
+    virtual bool write(const QString &path, const QByteArray &bytes, QString &error) = 0;
+    virtual bool remove(const QString &path, QString &error) = 0;
+};
+
+// Everything above, handed to each window together.
+struct Platform {
+    Dialogs &dialogs;
+    Sound &sound;
+    Clock &clock;
+    Random &random;
+    SystemInfo &system;
+    Files &files;
+};
+
+// Joins a folder and a file name with the platform's separator.
+QString joinPath(const QString &folder, const QString &name);
+
+// 8-bit text: the ANSI code page on Windows, Latin-1 elsewhere, so that a list
+// moves between systems byte for byte. Bytes that are valid UTF-8 and hold
+// non-ASCII characters (another editor's file) are read as UTF-8.
+QString decode8Bit(const QByteArray &bytes);
+QByteArray encode8Bit(const QString &text);
+
+} // namespace lexicove

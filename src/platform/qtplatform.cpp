@@ -1,0 +1,291 @@
+#include "platform/qtplatform.h"
+
+#include <QApplication>
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QInputDialog>
+#include <QMessageBox>
+#include <QSaveFile>
+#include <QSoundEffect>
+#include <QStandardPaths>
+#include <QStringDecoder>
+#include <QTemporaryFile>
+#include <QTime>
+#include <QUrl>
+
+#include <algorithm>
+#include <bit>
+#include <chrono>
+
+#ifdef Q_OS_WIN
+#include <windows.h>
+#endif
+
+namespace lexicove {
+
+QString joinPath(const QString &folder, const QString &name)
+{
+    const QString native = QDir::toNativeSeparators(folder);
+    if (native.isEmpty() || native.endsWith(QDir::separator()))
+        return native + name;
+    return native + QDir::separator() + name;
+}
+
+QString decode8Bit(const QByteArray &bytes)
+{
+    const bool ascii = std::all_of(bytes.begin(), bytes.end(),
+                                   [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+    if (!ascii) {
+        QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+        const QString text = utf8.decode(bytes);
+        if (!utf8.hasError())
+            return text;
+    }
+#ifdef Q_OS_WIN
+    return QString::fromLocal8Bit(bytes); // the ANSI code page
+#else
+    return QString::fromLatin1(bytes);
+#endif
+}
+
+QByteArray encode8Bit(const QString &text)
+{
+#ifdef Q_OS_WIN
+    return text.toLocal8Bit();
+#else
+    return text.toLatin1();
+#endif
+}
+
+MessageResult QtDialogs::message(QWidget *parent, const QString &prompt, MessageButtons buttons,
+                                 const QString &title)
+{
+    QMessageBox box(parent);
+    box.setIcon(QMessageBox::NoIcon);
+    box.setWindowTitle(title.isEmpty() ? kAppTitle : title);
+    box.setText(prompt);
+    box.setTextFormat(Qt::PlainText);
+    if (buttons == MessageButtons::YesNo) {
+        box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+        box.setDefaultButton(QMessageBox::Yes);
+        box.setEscapeButton(QMessageBox::No);
+    } else {
+        box.setStandardButtons(QMessageBox::Ok);
+        box.setDefaultButton(QMessageBox::Ok);
+        box.setEscapeButton(QMessageBox::Ok);
+    }
+    const int answer = box.exec();
+    if (buttons == MessageButtons::YesNo)
+        return answer == QMessageBox::Yes ? MessageResult::Yes : MessageResult::No;
+    return MessageResult::Ok;
+}
+
+QString QtDialogs::input(QWidget *parent, const QString &prompt, const QString &title,
+                         const QString &defaultText)
+{
+    bool ok = false;
+    const QString text =
+        QInputDialog::getText(parent, title, prompt, QLineEdit::Normal, defaultText, &ok);
+    return ok ? text : QString();
+}
+
+QtSound::QtSound() = default;
+
+QtSound::~QtSound()
+{
+    shutdown();
+}
+
+void QtSound::shutdown()
+{
+    m_current = nullptr;
+    for (QSoundEffect *effect : std::as_const(m_effects)) {
+        if (effect) {
+            effect->stop();
+            delete effect;
+        }
+    }
+    m_effects.clear();
+}
+
+QSoundEffect *QtSound::effectFor(const QString &path)
+{
+    const auto found = m_effects.constFind(path);
+    if (found != m_effects.constEnd())
+        return *found;
+    QSoundEffect *effect = nullptr;
+    if (QFileInfo::exists(path)) {
+        effect = new QSoundEffect;
+        effect->setSource(QUrl::fromLocalFile(path));
+    }
+    m_effects.insert(path, effect);
+    return effect;
+}
+
+void QtSound::preload(const QStringList &paths)
+{
+    for (const QString &path : paths)
+        effectFor(path);
+}
+
+void QtSound::play(const QString &path)
+{
+    QSoundEffect *effect = effectFor(path);
+    if (m_current && m_current != effect)
+        m_current->stop();
+    m_current = effect;
+    if (!effect) {
+        QApplication::beep();
+        return;
+    }
+    if (effect->isPlaying())
+        effect->stop();
+    effect->play();
+}
+
+quint32 SystemClock::tickCount()
+{
+    using namespace std::chrono;
+    const auto ms = duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
+    return static_cast<quint32>(static_cast<quint64>(ms));
+}
+
+double SystemClock::secondsSinceMidnight()
+{
+    return QTime::currentTime().msecsSinceStartOfDay() / 1000.0;
+}
+
+void SystemRandom::seed(double value)
+{
+    m_engine.seed(std::bit_cast<quint64>(value));
+}
+
+double SystemRandom::next()
+{
+    // 53 random bits: every value is exactly representable and below 1.
+    return static_cast<double>(m_engine() >> 11) * 0x1.0p-53;
+}
+
+QString QtSystemInfo::systemDirectory()
+{
+#ifdef Q_OS_WIN
+    wchar_t buffer[MAX_PATH + 1];
+    const UINT n = GetSystemDirectoryW(buffer, MAX_PATH + 1);
+    if (n == 0 || n > MAX_PATH)
+        return QString();
+    return QString::fromWCharArray(buffer, static_cast<int>(n));
+#else
+    // The folder of the system's shared libraries.
+    for (const char *candidate : {"/usr/lib", "/lib", "/usr/lib64", "/lib64"}) {
+        const QFileInfo info(QString::fromLatin1(candidate));
+        if (info.isDir())
+            return info.absoluteFilePath();
+    }
+    return QString();
+#endif
+}
+
+QString QtSystemInfo::programFolder()
+{
+    return QCoreApplication::applicationDirPath();
+}
+
+namespace {
+
+// A folder is writable when a file can really be made in it (permission bits
+// alone don't tell, for example for root or on a read-only mount).
+bool canWriteIn(const QString &folder)
+{
+    QTemporaryFile probe(QDir(folder).filePath(QStringLiteral("lexicove-probe-XXXXXX")));
+    return probe.open();
+}
+
+} // namespace
+
+QString QtSystemInfo::wordListFolder()
+{
+    if (!m_wordListFolder.isEmpty())
+        return m_wordListFolder;
+    const QString program = programFolder();
+    if (canWriteIn(program)) {
+        m_wordListFolder = program;
+        return program;
+    }
+    const QString data = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+    if (!QFileInfo::exists(data) && QDir().mkpath(data)) {
+        // A new player's first lists: the starter lists shipped beside the
+        // program. Copied once, when the folder is made, so a list the player
+        // deleted never comes back.
+        QtFiles files;
+        for (const QString &name : files.list(program, QStringLiteral(".wds")))
+            QFile::copy(QDir(program).filePath(name), QDir(data).filePath(name));
+    }
+    m_wordListFolder = data;
+    return data;
+}
+
+QStringList QtFiles::list(const QString &folder, const QString &extension)
+{
+    QStringList names;
+    const QDir dir(folder);
+    const QStringList entries = dir.entryList(QDir::Files | QDir::Hidden | QDir::System);
+    for (const QString &name : entries) {
+        if (name.endsWith(extension, Qt::CaseInsensitive))
+            names.append(name);
+    }
+    std::sort(names.begin(), names.end(), [](const QString &a, const QString &b) {
+        const int order = a.compare(b, Qt::CaseInsensitive);
+        return order != 0 ? order < 0 : a < b;
+    });
+    return names;
+}
+
+bool QtFiles::read(const QString &path, QByteArray &bytes, QString &error)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        error = file.errorString();
+        return false;
+    }
+    bytes = file.readAll();
+    if (file.error() != QFile::NoError) {
+        error = file.errorString();
+        return false;
+    }
+    return true;
+}
+
+bool QtFiles::write(const QString &path, const QByteArray &bytes, QString &error)
+{
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly)) {
+        error = file.errorString();
+        return false;
+    }
+    if (file.write(bytes) != bytes.size()) {
+        error = file.errorString();
+        file.cancelWriting();
+        return false;
+    }
+    if (!file.commit()) {
+        error = file.errorString();
+        return false;
+    }
+    return true;
+}
+
+bool QtFiles::remove(const QString &path, QString &error)
+{
+    QFile file(path);
+    if (!file.remove()) {
+        error = file.errorString();
+        return false;
+    }
+    return true;
+}
+
+} // namespace lexicove

@@ -1,0 +1,141 @@
+#include "fakeplatform.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+namespace lexicove::test {
+
+MessageResult FakeDialogs::message(QWidget *, const QString &prompt, MessageButtons buttons,
+                                   const QString &title)
+{
+    ShownDialog dialog;
+    dialog.kind = ShownDialog::Kind::Message;
+    dialog.prompt = prompt;
+    dialog.title = title.isEmpty() ? kAppTitle : title;
+    dialog.buttons = buttons;
+    shown.append(dialog);
+    if (onShow)
+        onShow(dialog);
+    if (buttons == MessageButtons::Ok)
+        return MessageResult::Ok;
+    if (answers.isEmpty()) {
+        unexpected.append(prompt);
+        return MessageResult::No;
+    }
+    return answers.takeFirst();
+}
+
+QString FakeDialogs::input(QWidget *, const QString &prompt, const QString &title,
+                           const QString &defaultText)
+{
+    ShownDialog dialog;
+    dialog.kind = ShownDialog::Kind::Input;
+    dialog.prompt = prompt;
+    dialog.title = title;
+    dialog.defaultText = defaultText;
+    shown.append(dialog);
+    if (onShow)
+        onShow(dialog);
+    if (replies.isEmpty()) {
+        unexpected.append(prompt);
+        return defaultText;
+    }
+    return replies.takeFirst();
+}
+
+QStringList FakeDialogs::prompts() const
+{
+    QStringList list;
+    for (const ShownDialog &dialog : shown)
+        list.append(dialog.prompt);
+    return list;
+}
+
+QString FakeDialogs::lastPrompt() const
+{
+    return shown.isEmpty() ? QString() : shown.last().prompt;
+}
+
+void FakeDialogs::clear()
+{
+    shown.clear();
+    answers.clear();
+    replies.clear();
+    unexpected.clear();
+}
+
+QStringList FakeSound::names() const
+{
+    QStringList list;
+    for (const QString &path : played)
+        list.append(QFileInfo(path).fileName());
+    return list;
+}
+
+double FakeRandom::next()
+{
+    ++drawsTaken;
+    if (!script.isEmpty())
+        return script.takeFirst();
+    return static_cast<double>(m_engine() >> 11) * 0x1.0p-53;
+}
+
+QStringList FakeFiles::list(const QString &folder, const QString &extension)
+{
+    return m_real.list(folder, extension);
+}
+
+bool FakeFiles::read(const QString &path, QByteArray &bytes, QString &error)
+{
+    if (failRead.contains(path)) {
+        error = QStringLiteral("Permission denied");
+        return false;
+    }
+    return m_real.read(path, bytes, error);
+}
+
+bool FakeFiles::write(const QString &path, const QByteArray &bytes, QString &error)
+{
+    if (failAllWrites || failWrite.contains(path)) {
+        error = QStringLiteral("Permission denied");
+        return false;
+    }
+    return m_real.write(path, bytes, error);
+}
+
+bool FakeFiles::remove(const QString &path, QString &error)
+{
+    if (failRemove.contains(path)) {
+        error = QStringLiteral("Permission denied");
+        return false;
+    }
+    return m_real.remove(path, error);
+}
+
+FakePlatform::FakePlatform()
+{
+    system.folder = QDir::toNativeSeparators(dir.path());
+}
+
+QString FakePlatform::path(const QString &name) const
+{
+    return joinPath(dir.path(), name);
+}
+
+void FakePlatform::writeFile(const QString &name, const QByteArray &bytes) const
+{
+    QFile file(QDir(dir.path()).filePath(name));
+    if (file.open(QIODevice::WriteOnly))
+        file.write(bytes);
+}
+
+QByteArray FakePlatform::readFile(const QString &name) const
+{
+    QFile file(QDir(dir.path()).filePath(name));
+    if (!file.open(QIODevice::ReadOnly))
+        return QByteArray("<missing>");
+    return file.readAll();
+}
+
+} // namespace lexicove::test

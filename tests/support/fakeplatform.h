@@ -1,0 +1,129 @@
+#pragma once
+
+// Scripted doubles of the platform for the tests: dialogs answer from a
+// script and record what was shown, sounds are recorded instead of played,
+// the tick counter and the random draws are set by the test, and the files
+// are real files in a temporary folder with failures that can be injected.
+
+#include "platform/platform.h"
+#include "platform/qtplatform.h"
+
+#include <QList>
+#include <QSet>
+#include <QTemporaryDir>
+
+#include <functional>
+#include <random>
+
+namespace lexicove::test {
+
+struct ShownDialog {
+    enum class Kind { Message, Input };
+    Kind kind = Kind::Message;
+    QString prompt;
+    QString title;
+    MessageButtons buttons = MessageButtons::Ok;
+    QString defaultText;
+};
+
+class FakeDialogs final : public Dialogs {
+public:
+    MessageResult message(QWidget *parent, const QString &prompt, MessageButtons buttons,
+                          const QString &title) override;
+    QString input(QWidget *parent, const QString &prompt, const QString &title,
+                  const QString &defaultText) override;
+
+    // Every dialog shown, in order.
+    QList<ShownDialog> shown;
+    // Answers to Yes/No questions and replies to input boxes, used in order.
+    QList<MessageResult> answers;
+    QStringList replies;
+    // Questions that found no scripted answer. A Yes/No question then gets No
+    // and an input box its default text, so that no loop can run forever.
+    QStringList unexpected;
+    // Runs as each dialog is shown, before it is answered (to look at focus or
+    // windows while the "modal" box is up).
+    std::function<void(const ShownDialog &)> onShow;
+
+    QStringList prompts() const;
+    QString lastPrompt() const;
+    void clear();
+};
+
+class FakeSound final : public Sound {
+public:
+    void play(const QString &path) override { played.append(path); }
+    // The file names (without folder) of the sounds played, in order.
+    QStringList names() const;
+    QStringList played;
+};
+
+class FakeClock final : public Clock {
+public:
+    quint32 tickCount() override { return ticks; }
+    double secondsSinceMidnight() override { return seconds; }
+    quint32 ticks = 1000;
+    double seconds = 0.0;
+};
+
+// Returns the scripted values first; after them, values from a fixed-seed
+// generator so that tests that do not care about draws still run the same
+// way every time.
+class FakeRandom final : public Random {
+public:
+    void seed(double value) override { seeds.append(value); }
+    double next() override;
+    QList<double> script;
+    QList<double> seeds;
+    int drawsTaken = 0;
+
+private:
+    std::mt19937_64 m_engine{20261122};
+};
+
+class FakeSystemInfo final : public SystemInfo {
+public:
+    QString systemDirectory() override { return systemDir; }
+    QString programFolder() override { return folder; }
+    QString wordListFolder() override { return folder; }
+    QString systemDir = QStringLiteral("/usr/lib");
+    QString folder;
+};
+
+// Real files, with failures injected by path.
+class FakeFiles final : public Files {
+public:
+    QStringList list(const QString &folder, const QString &extension) override;
+    bool read(const QString &path, QByteArray &bytes, QString &error) override;
+    bool write(const QString &path, const QByteArray &bytes, QString &error) override;
+    bool remove(const QString &path, QString &error) override;
+
+    QSet<QString> failRead;
+    QSet<QString> failWrite;
+    QSet<QString> failRemove;
+    bool failAllWrites = false;
+
+private:
+    QtFiles m_real;
+};
+
+// A whole platform around one temporary folder that serves as the program
+// folder and the word list folder.
+struct FakePlatform {
+    FakePlatform();
+    QString path(const QString &name) const;
+    // Writes bytes to a file of the folder, as another program would.
+    void writeFile(const QString &name, const QByteArray &bytes) const;
+    QByteArray readFile(const QString &name) const;
+
+    QTemporaryDir dir;
+    FakeDialogs dialogs;
+    FakeSound sound;
+    FakeClock clock;
+    FakeRandom random;
+    FakeSystemInfo system;
+    FakeFiles files;
+    Platform platform{dialogs, sound, clock, random, system, files};
+};
+
+} // namespace lexicove::test
