@@ -1,0 +1,161 @@
+#include "platform/qtplatform.h"
+#include "fakeplatform.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QtTest>
+
+using namespace lexicove;
+using namespace lexicove::test;
+
+class TestQtPlatform : public QObject {
+    Q_OBJECT
+
+private slots:
+    void joinsPathsWithTheNativeSeparator();
+    void textIsEightBitUnlessValidUtf8();
+    void listsWordListsByExtensionInAnyCaseSortedWithoutCase();
+    void writesReplaceWholeOrNotAtAll();
+    void readAndRemoveReportTheReason();
+    void randomValuesLieInTheUnitIntervalAndRepeatForASeed();
+    void wholeNumberDrawsFollowIntOfRTimesNPlusOne();
+    void systemFolderIsFound();
+};
+
+void TestQtPlatform::joinsPathsWithTheNativeSeparator()
+{
+    // A path is the folder, one separator, and the name; a folder that already
+    // ends with a separator gets no second one.
+    const QString sep = QDir::separator();
+    QCOMPARE(joinPath(QStringLiteral("/games/lexicove"), QStringLiteral("cat.wds")),
+             QDir::toNativeSeparators(QStringLiteral("/games/lexicove")) + sep + "cat.wds");
+    QCOMPARE(joinPath(QStringLiteral("/"), QStringLiteral("a.wav")), sep + "a.wav");
+}
+
+void TestQtPlatform::textIsEightBitUnlessValidUtf8()
+{
+    // Lists are 8-bit text so they move between systems byte for byte; a file
+    // another editor wrote as UTF-8 is still read right.
+#ifndef Q_OS_WIN
+    QCOMPARE(decode8Bit(QByteArray("caf\xe9")), QStringLiteral("caf\u00e9"));
+    QCOMPARE(encode8Bit(QStringLiteral("caf\u00e9")), QByteArray("caf\xe9"));
+#endif
+    QCOMPARE(decode8Bit(QByteArray("caf\xc3\xa9")), QStringLiteral("caf\u00e9"));
+    QCOMPARE(decode8Bit(QByteArray("plain\r\n")), QStringLiteral("plain\r\n"));
+    QCOMPARE(decode8Bit(QByteArray()), QString());
+}
+
+void TestQtPlatform::listsWordListsByExtensionInAnyCaseSortedWithoutCase()
+{
+    // Every file whose extension is .wds in any case is a list; the names
+    // come sorted without regard to case; other files are not lists.
+    QTemporaryDir dir;
+    for (const char *name : {"Zoo.WDS", "apple.wds", "Birds.Wds", "notes.txt", "x.wdsx",
+                             "planets.wds.bak", "cats.wds"}) {
+        QFile file(QDir(dir.path()).filePath(QString::fromLatin1(name)));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+    }
+    QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("folder.wds")));
+    QtFiles files;
+    QCOMPARE(files.list(dir.path(), QStringLiteral(".wds")),
+             (QStringList{"apple.wds", "Birds.Wds", "cats.wds", "Zoo.WDS"}));
+    QCOMPARE(files.list(dir.path() + QStringLiteral("/missing"), QStringLiteral(".wds")),
+             QStringList());
+}
+
+void TestQtPlatform::writesReplaceWholeOrNotAtAll()
+{
+    // A write replaces the file's bytes exactly; a write that can't be done
+    // says why and leaves the old file whole.
+    QTemporaryDir dir;
+    QtFiles files;
+    const QString path = joinPath(dir.path(), QStringLiteral("cat.wds"));
+    QString error;
+    QVERIFY(files.write(path, QByteArray("cat\r\ndog\r\n"), error));
+    QByteArray bytes;
+    QVERIFY(files.read(path, bytes, error));
+    QCOMPARE(bytes, QByteArray("cat\r\ndog\r\n"));
+    QVERIFY(files.write(path, QByteArray("owl\r\n"), error));
+    QVERIFY(files.read(path, bytes, error));
+    QCOMPARE(bytes, QByteArray("owl\r\n"));
+
+    const QString nowhere = joinPath(dir.path() + QStringLiteral("/gone"), QStringLiteral("a.wds"));
+    error.clear();
+    QVERIFY(!files.write(nowhere, QByteArray("a\r\n"), error));
+    QVERIFY(!error.isEmpty());
+
+    // A folder in the way of the file: the write fails and nothing changes.
+    QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("taken.wds")));
+    error.clear();
+    QVERIFY(!files.write(joinPath(dir.path(), QStringLiteral("taken.wds")), "x\r\n", error));
+    QVERIFY(!error.isEmpty());
+    QVERIFY(QFileInfo(joinPath(dir.path(), QStringLiteral("taken.wds"))).isDir());
+    QVERIFY(files.read(path, bytes, error));
+    QCOMPARE(bytes, QByteArray("owl\r\n"));
+}
+
+void TestQtPlatform::readAndRemoveReportTheReason()
+{
+    // Reading or deleting a file that vanished fails with a reason in plain
+    // words instead of crashing.
+    QTemporaryDir dir;
+    QtFiles files;
+    const QString path = joinPath(dir.path(), QStringLiteral("gone.wds"));
+    QByteArray bytes;
+    QString error;
+    QVERIFY(!files.read(path, bytes, error));
+    QVERIFY(!error.isEmpty());
+    error.clear();
+    QVERIFY(!files.remove(path, error));
+    QVERIFY(!error.isEmpty());
+    QVERIFY(files.write(path, "a\r\n", error));
+    QVERIFY(files.remove(path, error));
+    QVERIFY(!QFile::exists(path));
+}
+
+void TestQtPlatform::randomValuesLieInTheUnitIntervalAndRepeatForASeed()
+{
+    // Each draw r satisfies 0 <= r < 1; one seed gives one sequence and
+    // another seed another.
+    SystemRandom a;
+    SystemRandom b;
+    a.seed(45296.25);
+    b.seed(45296.25);
+    double sum = 0;
+    bool differs = false;
+    SystemRandom c;
+    c.seed(45296.5);
+    for (int i = 0; i < 10000; ++i) {
+        const double r = a.next();
+        QVERIFY(r >= 0.0 && r < 1.0);
+        QCOMPARE(b.next(), r);
+        differs = differs || c.next() != r;
+        sum += r;
+    }
+    QVERIFY(differs);
+    QVERIFY(qAbs(sum / 10000 - 0.5) < 0.02);
+}
+
+void TestQtPlatform::wholeNumberDrawsFollowIntOfRTimesNPlusOne()
+{
+    // A whole number from 1 to n is Int(r * n) + 1, Int rounding down.
+    FakeRandom random;
+    random.script = {0.0, 0.3333, 1.0 / 3.0, 0.9999999, 0.5};
+    QCOMPARE(random.draw(3), 1);
+    QCOMPARE(random.draw(3), 1);
+    QCOMPARE(random.draw(3), 2);
+    QCOMPARE(random.draw(3), 3);
+    QCOMPARE(random.draw(2), 2);
+}
+
+void TestQtPlatform::systemFolderIsFound()
+{
+    // The start-up check needs the system folder; on this machine it exists.
+    QtSystemInfo system;
+    QVERIFY(system.systemDirectory().size() >= 3);
+    QVERIFY(QFileInfo(system.systemDirectory()).isDir());
+}
+
+QTEST_MAIN(TestQtPlatform)
+#include "tst_qtplatform.moc"
