@@ -40,7 +40,6 @@ FrmChoose::FrmChoose(GameState &state, Platform &platform, Navigator &navigator)
     cmdExit = new QPushButton(QStringLiteral("E&xit"), this);
     cmdExit->setObjectName(QStringLiteral("cmdExit"));
     cmdExit->setAccessibleName(QStringLiteral("Exit"));
-    cmdExit->setAutoDefault(false);
 
     auto *buttons = new QHBoxLayout;
     buttons->addWidget(cmdOK);
