@@ -1,0 +1,262 @@
+#include "wordlists/frmcreate.h"
+
+#include "core/gamestate.h"
+#include "core/navigator.h"
+#include "wordlists/wordlists.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPointer>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace lexicove {
+
+namespace {
+
+const QString kListFull = QStringLiteral("You have entered the maximum number of words");
+const QString kNoWord = QStringLiteral(
+    "You did not enter a word. Please enter a word into the edit box, then choose Add.");
+const QString kTooLong = QStringLiteral("This word is too long. Please enter a shorter word");
+const QString kNothingToRemove =
+    QStringLiteral("Your word list is empty. There is nothing to remove.");
+const QString kNothingToSave =
+    QStringLiteral("You have not entered any words into the word list. Please type some "
+                   "words into the edit box, and then choose save");
+const QString kNamePrompt = QStringLiteral(
+    "Please enter a name for this word list, using only letters, numbers, and spaces");
+const QString kInvalidNamePrompt =
+    QStringLiteral("Invalid word list name! Please enter a name for this word list, using "
+                   "only letters, numbers, and spaces");
+const QString kSaveTitle = QStringLiteral("Save");
+const QString kSaved = QStringLiteral("Your word list has been saved");
+
+QPushButton *makeButton(const QString &caption, const QString &name, QWidget *parent)
+{
+    auto *button = new QPushButton(caption, parent);
+    button->setObjectName(name);
+    button->setAccessibleName(QString(caption).remove(u'&'));
+    return button;
+}
+
+} // namespace
+
+FrmCreate::FrmCreate(GameState &state, Platform &platform, Navigator &navigator)
+    : m_state(state), m_platform(platform), m_navigator(navigator)
+{
+    setObjectName(QStringLiteral("frmCreate"));
+    setWindowTitle(QStringLiteral("Lexicove - Enter Words"));
+
+    lstWords = new QListWidget(this);
+    lstWords->setObjectName(QStringLiteral("lstWords"));
+    lstWords->setAccessibleName(QStringLiteral("Words in the list"));
+    lstWords->setSelectionMode(QAbstractItemView::SingleSelection);
+    lstWords->installEventFilter(this);
+
+    txtWord = new QLineEdit(this);
+    txtWord->setObjectName(QStringLiteral("txtWord"));
+    txtWord->setAccessibleName(QStringLiteral("New word"));
+
+    cmdAdd = makeButton(QStringLiteral("&Add"), QStringLiteral("cmdAdd"), this);
+    cmdAdd->setDefault(true);
+    cmdRemove = makeButton(QStringLiteral("&Remove"), QStringLiteral("cmdRemove"), this);
+    cmdSave = makeButton(QStringLiteral("&Save"), QStringLiteral("cmdSave"), this);
+    cmdCancel = makeButton(QStringLiteral("&Cancel"), QStringLiteral("cmdCancel"), this);
+
+    auto *editRow = new QHBoxLayout;
+    editRow->addWidget(cmdAdd);
+    editRow->addWidget(cmdRemove);
+    auto *saveRow = new QHBoxLayout;
+    saveRow->addWidget(cmdSave);
+    saveRow->addWidget(cmdCancel);
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(lstWords);
+    layout->addWidget(txtWord);
+    layout->addLayout(editRow);
+    layout->addLayout(saveRow);
+
+    setTabOrder(txtWord, cmdAdd);
+    setTabOrder(cmdAdd, cmdRemove);
+    setTabOrder(cmdRemove, lstWords);
+    setTabOrder(lstWords, cmdSave);
+    setTabOrder(cmdSave, cmdCancel);
+
+    connect(cmdAdd, &QPushButton::clicked, this, &FrmCreate::cmdAdd_Click);
+    connect(cmdRemove, &QPushButton::clicked, this, &FrmCreate::cmdRemove_Click);
+    connect(cmdSave, &QPushButton::clicked, this, &FrmCreate::cmdSave_Click);
+    connect(cmdCancel, &QPushButton::clicked, this, &FrmCreate::cmdCancel_Click);
+}
+
+bool FrmCreate::Form_Load()
+{
+    lstWords->clear();
+    if (m_state.editingList) {
+        QStringList loaded;
+        FileFailure failure;
+        if (!ReadForEditing(m_platform.files, m_state.wordListPath, loaded, failure)) {
+            m_finished = true;
+            m_platform.dialogs.message(
+                nullptr, QStringLiteral("The word list file \"%1\" could not be opened: %2.")
+                             .arg(failure.path, failure.reason));
+            m_navigator.showMainMenu();
+            return false;
+        }
+        lstWords->addItems(loaded);
+        if (lstWords->count() > 0)
+            lstWords->setCurrentRow(0);
+    }
+    txtWord->setFocus();
+    return true;
+}
+
+QStringList FrmCreate::entries() const
+{
+    QStringList words;
+    for (int row = 0; row < lstWords->count(); ++row)
+        words.append(lstWords->item(row)->text());
+    return words;
+}
+
+void FrmCreate::tell(const QString &prompt)
+{
+    QPointer<QWidget> focus = QApplication::focusWidget();
+    if (focus && !isAncestorOf(focus))
+        focus = nullptr;
+    m_platform.dialogs.message(this, prompt);
+    if (focus) {
+        activateWindow();
+        focus->setFocus();
+    }
+}
+
+QString FrmCreate::ask(const QString &prompt, const QString &defaultText)
+{
+    QPointer<QWidget> focus = QApplication::focusWidget();
+    if (focus && !isAncestorOf(focus))
+        focus = nullptr;
+    const QString answer = m_platform.dialogs.input(this, prompt, kSaveTitle, defaultText);
+    if (focus) {
+        activateWindow();
+        focus->setFocus();
+    }
+    return answer;
+}
+
+void FrmCreate::cmdAdd_Click()
+{
+    const MadeWord made = MakeWord(txtWord->text(), lstWords->count());
+    switch (made.outcome) {
+    case MadeWordOutcome::ListFull:
+        tell(kListFull);
+        return;
+    case MadeWordOutcome::NoWord:
+        tell(kNoWord);
+        return;
+    case MadeWordOutcome::TooLong:
+        tell(kTooLong);
+        return;
+    case MadeWordOutcome::Word:
+        lstWords->addItem(made.word);
+        lstWords->setCurrentRow(lstWords->count() - 1);
+        txtWord->clear();
+        return;
+    }
+}
+
+void FrmCreate::cmdRemove_Click()
+{
+    const int i = lstWords->currentRow();
+    if (lstWords->count() == 0 || i < 0) {
+        tell(kNothingToRemove);
+        return;
+    }
+    delete lstWords->takeItem(i);
+    if (i < lstWords->count())
+        lstWords->setCurrentRow(i);
+    else if (lstWords->count() > 0)
+        lstWords->setCurrentRow(lstWords->count() - 1);
+}
+
+void FrmCreate::lstWords_KeyDown(int keyCode, Qt::KeyboardModifiers)
+{
+    if (keyCode == Qt::Key_Delete)
+        cmdRemove_Click();
+}
+
+void FrmCreate::cmdSave_Click()
+{
+    if (m_finished)
+        return;
+    if (lstWords->count() == 0) {
+        tell(kNothingToSave);
+        return;
+    }
+    const QString offered = m_state.editingList ? ListNameOfPath(m_state.wordListPath) : QString();
+    CheckedName checked = CheckListName(ask(kNamePrompt, offered));
+    while (checked.outcome == NameCheck::Invalid)
+        checked = CheckListName(ask(kInvalidNamePrompt, QString()));
+    if (checked.outcome == NameCheck::Abandon)
+        return;
+
+    QString path;
+    FileFailure failure;
+    if (!WriteList(m_platform.files, m_platform.system.wordListFolder(), checked.name, entries(),
+                   path, failure)) {
+        // Nothing is lost: the words stay here and any old file is whole.
+        tell(QStringLiteral("The word list could not be saved in the file \"%1\": %2. Your "
+                            "words are still in the list.")
+                 .arg(failure.path, failure.reason));
+        return;
+    }
+    tell(kSaved);
+    m_navigator.showMainMenu();
+    finish();
+}
+
+void FrmCreate::cmdCancel_Click()
+{
+    if (m_finished)
+        return;
+    m_navigator.showMainMenu();
+    finish();
+}
+
+void FrmCreate::finish()
+{
+    m_finished = true;
+    close();
+}
+
+void FrmCreate::reject()
+{
+    cmdCancel_Click();
+}
+
+void FrmCreate::closeEvent(QCloseEvent *event)
+{
+    // The close box does what Cancel does; after Save or Cancel the window is
+    // closing itself and nothing more happens.
+    event->accept();
+    if (!m_finished) {
+        m_finished = true;
+        m_navigator.showMainMenu();
+    }
+}
+
+bool FrmCreate::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == lstWords && event->type() == QEvent::KeyPress) {
+        const auto *key = static_cast<QKeyEvent *>(event);
+        if (key->key() == Qt::Key_Delete) {
+            lstWords_KeyDown(key->key(), key->modifiers());
+            return true;
+        }
+    }
+    return QDialog::eventFilter(watched, event);
+}
+
+} // namespace lexicove

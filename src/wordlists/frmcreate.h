@@ -1,0 +1,59 @@
+#pragma once
+
+#include "platform/platform.h"
+
+#include <QDialog>
+
+class QLineEdit;
+class QListWidget;
+class QPushButton;
+
+namespace lexicove {
+
+struct GameState;
+class Navigator;
+
+// The word list editor. The list being made exists only as the entries of
+// lstWords, in the order they were added or loaded, until Save writes them;
+// no file is touched before then.
+class FrmCreate : public QDialog {
+    Q_OBJECT
+public:
+    FrmCreate(GameState &state, Platform &platform, Navigator &navigator);
+
+    // Empties the list and, when editing, loads the list at wordListPath.
+    // Returns false when that file can't be read: the player has been told,
+    // the main menu is back and the window is never shown.
+    bool Form_Load();
+
+    void cmdAdd_Click();
+    void cmdRemove_Click();
+    void cmdSave_Click();
+    void cmdCancel_Click();
+    void lstWords_KeyDown(int keyCode, Qt::KeyboardModifiers shift);
+
+protected:
+    void reject() override;
+    void closeEvent(QCloseEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    QStringList entries() const;
+    // A message box over this window; the focus goes back where it was.
+    void tell(const QString &prompt);
+    QString ask(const QString &prompt, const QString &defaultText);
+    void finish();
+
+    GameState &m_state;
+    Platform &m_platform;
+    Navigator &m_navigator;
+    QListWidget *lstWords;
+    QLineEdit *txtWord;
+    QPushButton *cmdAdd;
+    QPushButton *cmdRemove;
+    QPushButton *cmdSave;
+    QPushButton *cmdCancel;
+    bool m_finished = false;
+};
+
+} // namespace lexicove
