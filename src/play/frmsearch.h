@@ -1,0 +1,86 @@
+#pragma once
+
+#include "play/marking.h"
+
+#include <QMainWindow>
+#include <QTableWidget>
+
+class QAction;
+class QMenu;
+
+namespace lexicove {
+
+struct GameState;
+struct Platform;
+class Navigator;
+
+// The letter grid of the puzzle window. Typed characters never move its
+// cursor (a plain table would jump to the next cell starting with the letter).
+class PuzzleGrid final : public QTableWidget {
+    Q_OBJECT
+public:
+    using QTableWidget::QTableWidget;
+    void keyboardSearch(const QString &) override {}
+};
+
+// The puzzle window, where a puzzle is played. The table `flex` shows grid
+// cell (r, c) in its row r - 1 and column c - 1; its row and column headers
+// carry the numbers 1 to rows and 1 to columns, so the cursor can only rest
+// on letters. Each move of the cursor plays the letter's sound; Space marks
+// (Marking holds the game in progress), Escape asks to leave.
+class FrmSearch final : public QMainWindow {
+    Q_OBJECT
+public:
+    FrmSearch(GameState &state, Platform &platform, Navigator &navigator);
+
+    // Shows the puzzle of the game state and starts play. Always true: the
+    // puzzle window has no reason to end itself while loading.
+    bool Form_Load();
+
+    const Marking &marking() const { return m_play; }
+    // Shows the window again after the words-to-find list, as it was left.
+    void ShowAgain();
+
+    void mnuFind_Click();
+    void mnuTimeRemaining_Click();
+    void mnuSavePuzzle_Click();
+    void mnuPrintPuzzle_Click();
+    void mnuBraillePuzzle_Click();
+    void mnuExit_Click();
+    void ConfirmExit();
+
+protected:
+    // Key preview: the window sees the grid's typed characters first.
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void BuildMenu();
+    void FillGridView();
+    void SizeToGrid();
+    // Returns true when the character was one the window acts on.
+    bool Form_KeyPress(int code);
+    void flex_RowColChange(int currentRow, int currentColumn);
+    void MarkLetter();
+    void Perform(const Replies &replies);
+    void PlaySound(const QString &name);
+    void ShowMessage(const QString &text);
+    bool AskExit();
+
+    GameState &m_state;
+    Platform &m_platform;
+    Navigator &m_navigator;
+    Marking m_play;
+    bool m_leaving = false;
+
+    PuzzleGrid *flex;
+    QMenu *mnuPuzzle;
+    QAction *mnuFind;
+    QAction *mnuTimeRemaining;
+    QAction *mnuSavePuzzle;
+    QAction *mnuPrintPuzzle;
+    QAction *mnuBraillePuzzle;
+    QAction *mnuExit;
+};
+
+} // namespace lexicove

@@ -1,0 +1,82 @@
+#pragma once
+
+#include "core/gamestate.h"
+#include "platform/platform.h"
+#include "play/masking.h"
+
+#include <QList>
+#include <QString>
+
+namespace lexicove {
+
+// One thing the puzzle window does in answer to a mark: play a sound file of
+// the program folder, or show a message with OK alone. A mark's replies are
+// carried out in their order.
+struct Reply {
+    enum class Kind { Sound, Message };
+    Kind kind = Kind::Sound;
+    QString text; // the sound's file name ("mark.wav") or the message
+
+    static Reply sound(const QString &name) { return {Kind::Sound, name}; }
+    static Reply message(const QString &text) { return {Kind::Message, text}; }
+    bool operator==(const Reply &other) const = default;
+};
+using Replies = QList<Reply>;
+
+// The line two marks make, the first mark being the upper one.
+enum class RunKind { Vertical, Horizontal, Diagonal, NotInLine };
+
+// dr = lastRow - firstRow (0 or more), dc = lastCol - firstCol. One column
+// is tested first, then one row, then dr = |dc|.
+RunKind KindOfRun(int dr, int dc);
+
+// The letters of grid between two marks that are in line, the first mark the
+// upper one: a column top to bottom, a row left to right, a diagonal from the
+// upper mark down whichever way it slopes.
+QString ReadRun(const GameState &state, RunKind kind, int firstRow, int firstCol, int lastRow,
+                int lastCol);
+
+void SwapValues(qint16 &a, qint16 &b);
+
+// The game in progress in a puzzle window: which words are found, how many
+// remain, when play began and a pending first mark. Marks are cells of grid
+// (rows and columns from 1); the letters are always read from GameState,
+// never from what the window shows.
+class Marking {
+public:
+    Marking(const GameState &state, Clock &clock);
+
+    // Every word slot back to "to find".
+    void ClearFound();
+    // Starts play: every word to find, the clock read as the start, no mark
+    // pending.
+    void Begin();
+
+    // The space bar on cell (row, column): the first press of a selection
+    // remembers the cell, the second reads the run between the two and
+    // checks it.
+    Replies MarkLetter(int row, int column);
+    // Finds every word still to find that reads as run, either way.
+    Replies CheckWord(const QString &run);
+
+    bool markPending() const { return m_markPending; }
+    int wordsRemaining() const { return m_wordsRemaining; }
+    const WordFoundFlags &wordFound() const { return m_wordFound; }
+    quint32 startTick() const { return m_startTick; }
+    // Milliseconds since play began, read from the clock now.
+    quint32 elapsed() const;
+
+private:
+    const GameState &m_state;
+    Clock &m_clock;
+    WordFoundFlags m_wordFound{};
+    qint32 m_wordsRemaining = 0;
+    quint32 m_startTick = 0;
+    bool m_markPending = false;
+    qint16 m_firstRow = 0;
+    qint16 m_firstCol = 0;
+    qint16 m_lastRow = 0;
+    qint16 m_lastCol = 0;
+};
+
+} // namespace lexicove
