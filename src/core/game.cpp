@@ -4,6 +4,10 @@
 #include "core/gamestate.h"
 #include "platform/platform.h"
 #include "play/frmlist.h"
+#include "setup/frmoptions.h"
+#include "play/frmsearch.h"
+#include "wordlists/frmcreate.h"
+#include "wordlists/frmwords.h"
 
 #include <QCoreApplication>
 
@@ -41,6 +45,20 @@ void Game::present(QWidget *window)
     window->activateWindow();
 }
 
+template <typename Window>
+bool Game::open()
+{
+    auto *window = new Window(m_state, m_platform, *this);
+    if (!window->Form_Load()) {
+        // The window ended itself while loading and has brought the main
+        // menu back; it was never shown.
+        delete window;
+        return false;
+    }
+    present(window);
+    return true;
+}
+
 void Game::showMainMenu()
 {
     if (m_ended)
@@ -50,28 +68,22 @@ void Game::showMainMenu()
 
 bool Game::openChooser()
 {
-    // The chooser comes with the word list windows; until then the player
-    // stays on the main menu.
-    showMainMenu();
-    return false;
+    return open<FrmWords>();
 }
 
 bool Game::openEditor()
 {
-    showMainMenu();
-    return false;
+    return open<FrmCreate>();
 }
 
 bool Game::openOptions()
 {
-    showMainMenu();
-    return false;
+    return open<FrmOptions>();
 }
 
 bool Game::openPuzzle()
 {
-    showMainMenu();
-    return false;
+    return open<FrmSearch>();
 }
 
 FrmList &Game::listWindow()

@@ -39,7 +39,9 @@ public:
     void endProgram() override;
 
 private:
-    // Shows a window that has loaded, as the one in use.
+    // Creates a window afresh, loads it and shows it as the one in use.
+    template <typename Window>
+    bool open();
     void present(QWidget *window);
 
     GameState &m_state;

@@ -1,16 +1,11 @@
 #include "wordlists/frmcreate.h"
 
 #include "core/gamestate.h"
-#include "core/navigator.h"
 #include "wordlists/wordlists.h"
 
-#include <QApplication>
-#include <QCloseEvent>
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QPointer>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -46,7 +41,7 @@ QPushButton *makeButton(const QString &caption, const QString &name, QWidget *pa
 } // namespace
 
 FrmCreate::FrmCreate(GameState &state, Platform &platform, Navigator &navigator)
-    : m_state(state), m_platform(platform), m_navigator(navigator)
+    : ActivityWindow(navigator), m_state(state), m_platform(platform)
 {
     setObjectName(QStringLiteral("frmCreate"));
     setWindowTitle(QStringLiteral("Lexicove - Enter Words"));
@@ -55,7 +50,7 @@ FrmCreate::FrmCreate(GameState &state, Platform &platform, Navigator &navigator)
     lstWords->setObjectName(QStringLiteral("lstWords"));
     lstWords->setAccessibleName(QStringLiteral("Words in the list"));
     lstWords->setSelectionMode(QAbstractItemView::SingleSelection);
-    lstWords->installEventFilter(this);
+    watchDeleteKey(lstWords);
 
     txtWord = new QLineEdit(this);
     txtWord->setObjectName(QStringLiteral("txtWord"));
@@ -98,11 +93,10 @@ bool FrmCreate::Form_Load()
         QStringList loaded;
         FileFailure failure;
         if (!ReadForEditing(m_platform.files, m_state.wordListPath, loaded, failure)) {
-            m_finished = true;
             m_platform.dialogs.message(
                 nullptr, QStringLiteral("The word list file \"%1\" could not be opened: %2.")
                              .arg(failure.path, failure.reason));
-            m_navigator.showMainMenu();
+            leaveWithoutOK();
             return false;
         }
         lstWords->addItems(loaded);
@@ -123,27 +117,13 @@ QStringList FrmCreate::entries() const
 
 void FrmCreate::tell(const QString &prompt)
 {
-    QPointer<QWidget> focus = QApplication::focusWidget();
-    if (focus && !isAncestorOf(focus))
-        focus = nullptr;
-    m_platform.dialogs.message(this, prompt);
-    if (focus) {
-        activateWindow();
-        focus->setFocus();
-    }
+    keepingFocus([&] { return m_platform.dialogs.message(this, prompt); });
 }
 
 QString FrmCreate::ask(const QString &prompt, const QString &defaultText)
 {
-    QPointer<QWidget> focus = QApplication::focusWidget();
-    if (focus && !isAncestorOf(focus))
-        focus = nullptr;
-    const QString answer = m_platform.dialogs.input(this, prompt, kSaveTitle, defaultText);
-    if (focus) {
-        activateWindow();
-        focus->setFocus();
-    }
-    return answer;
+    return keepingFocus(
+        [&] { return m_platform.dialogs.input(this, prompt, kSaveTitle, defaultText); });
 }
 
 void FrmCreate::cmdAdd_Click()
@@ -189,7 +169,7 @@ void FrmCreate::lstWords_KeyDown(int keyCode, Qt::KeyboardModifiers)
 
 void FrmCreate::cmdSave_Click()
 {
-    if (m_finished)
+    if (finished())
         return;
     if (lstWords->count() == 0) {
         tell(kNothingToSave);
@@ -213,50 +193,13 @@ void FrmCreate::cmdSave_Click()
         return;
     }
     tell(kSaved);
-    m_navigator.showMainMenu();
+    navigator().showMainMenu();
     finish();
 }
 
 void FrmCreate::cmdCancel_Click()
 {
-    if (m_finished)
-        return;
-    m_navigator.showMainMenu();
-    finish();
-}
-
-void FrmCreate::finish()
-{
-    m_finished = true;
-    close();
-}
-
-void FrmCreate::reject()
-{
-    cmdCancel_Click();
-}
-
-void FrmCreate::closeEvent(QCloseEvent *event)
-{
-    // The close box does what Cancel does; after Save or Cancel the window is
-    // closing itself and nothing more happens.
-    event->accept();
-    if (!m_finished) {
-        m_finished = true;
-        m_navigator.showMainMenu();
-    }
-}
-
-bool FrmCreate::eventFilter(QObject *watched, QEvent *event)
-{
-    if (watched == lstWords && event->type() == QEvent::KeyPress) {
-        const auto *key = static_cast<QKeyEvent *>(event);
-        if (key->key() == Qt::Key_Delete) {
-            lstWords_KeyDown(key->key(), key->modifiers());
-            return true;
-        }
-    }
-    return QDialog::eventFilter(watched, event);
+    cancel();
 }
 
 } // namespace lexicove

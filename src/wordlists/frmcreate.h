@@ -1,8 +1,7 @@
 #pragma once
 
+#include "core/activitywindow.h"
 #include "platform/platform.h"
-
-#include <QDialog>
 
 class QLineEdit;
 class QListWidget;
@@ -11,12 +10,11 @@ class QPushButton;
 namespace lexicove {
 
 struct GameState;
-class Navigator;
 
 // The word list editor. The list being made exists only as the entries of
 // lstWords, in the order they were added or loaded, until Save writes them;
 // no file is touched before then.
-class FrmCreate : public QDialog {
+class FrmCreate : public ActivityWindow {
     Q_OBJECT
 public:
     FrmCreate(GameState &state, Platform &platform, Navigator &navigator);
@@ -30,30 +28,22 @@ public:
     void cmdRemove_Click();
     void cmdSave_Click();
     void cmdCancel_Click();
-    void lstWords_KeyDown(int keyCode, Qt::KeyboardModifiers shift);
-
-protected:
-    void reject() override;
-    void closeEvent(QCloseEvent *event) override;
-    bool eventFilter(QObject *watched, QEvent *event) override;
+    void lstWords_KeyDown(int keyCode, Qt::KeyboardModifiers shift) override;
 
 private:
     QStringList entries() const;
     // A message box over this window; the focus goes back where it was.
     void tell(const QString &prompt);
     QString ask(const QString &prompt, const QString &defaultText);
-    void finish();
 
     GameState &m_state;
     Platform &m_platform;
-    Navigator &m_navigator;
     QListWidget *lstWords;
     QLineEdit *txtWord;
     QPushButton *cmdAdd;
     QPushButton *cmdRemove;
     QPushButton *cmdSave;
     QPushButton *cmdCancel;
-    bool m_finished = false;
 };
 
 } // namespace lexicove

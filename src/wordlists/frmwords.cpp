@@ -1,15 +1,10 @@
 #include "wordlists/frmwords.h"
 
 #include "core/gamestate.h"
-#include "core/navigator.h"
 #include "wordlists/wordlists.h"
 
-#include <QApplication>
-#include <QCloseEvent>
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QListWidget>
-#include <QPointer>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -34,7 +29,7 @@ constexpr int kFileNameRole = Qt::UserRole;
 } // namespace
 
 FrmWords::FrmWords(GameState &state, Platform &platform, Navigator &navigator)
-    : m_state(state), m_platform(platform), m_navigator(navigator)
+    : ActivityWindow(navigator), m_state(state), m_platform(platform)
 {
     setObjectName(QStringLiteral("frmWords"));
     setWindowTitle(QStringLiteral("Lexicove - Select Word List"));
@@ -43,7 +38,7 @@ FrmWords::FrmWords(GameState &state, Platform &platform, Navigator &navigator)
     lstWords->setObjectName(QStringLiteral("lstWords"));
     lstWords->setAccessibleName(QStringLiteral("Word lists"));
     lstWords->setSelectionMode(QAbstractItemView::SingleSelection);
-    lstWords->installEventFilter(this);
+    watchDeleteKey(lstWords);
 
     cmdOK = new QPushButton(QStringLiteral("&OK"), this);
     cmdOK->setObjectName(QStringLiteral("cmdOK"));
@@ -88,9 +83,8 @@ bool FrmWords::Form_Load()
     const QString folder = m_platform.system.wordListFolder();
     const QStringList names = EnumerateLists(m_platform.files, folder);
     if (names.isEmpty()) {
-        m_finished = true;
         m_platform.dialogs.message(nullptr, kNoLists);
-        m_navigator.showMainMenu();
+        leaveWithoutOK();
         return false;
     }
     for (const QString &fileName : names) {
@@ -111,20 +105,12 @@ bool FrmWords::Form_Load()
 
 MessageResult FrmWords::tell(const QString &prompt, MessageButtons buttons, const QString &title)
 {
-    QPointer<QWidget> focus = QApplication::focusWidget();
-    if (focus && !isAncestorOf(focus))
-        focus = nullptr;
-    const MessageResult answer = m_platform.dialogs.message(this, prompt, buttons, title);
-    if (focus) {
-        activateWindow();
-        focus->setFocus();
-    }
-    return answer;
+    return keepingFocus([&] { return m_platform.dialogs.message(this, prompt, buttons, title); });
 }
 
 void FrmWords::cmdOK_Click()
 {
-    if (m_finished)
+    if (finished())
         return;
     const int n = lstWords->count();
     int i = lstWords->currentRow();
@@ -145,31 +131,21 @@ void FrmWords::cmdOK_Click()
         return;
     m_state.wordListPath = joinPath(m_platform.system.wordListFolder(), fileName);
 
-    m_finished = true;
+    startLeaving();
     if (m_state.chooserMode == kChooserOptions) {
-        m_navigator.openOptions();
+        navigator().openOptions();
     } else if (m_state.chooserMode == kChooserEdit) {
         m_state.editingList = true;
-        m_navigator.openEditor();
+        navigator().openEditor();
     } else {
-        m_navigator.showMainMenu();
+        navigator().showMainMenu();
     }
     finish();
 }
 
 void FrmWords::cmdCancel_Click()
 {
-    if (m_finished)
-        return;
-    m_finished = true;
-    m_navigator.showMainMenu();
-    finish();
-}
-
-void FrmWords::finish()
-{
-    m_finished = true;
-    close();
+    cancel();
 }
 
 void FrmWords::lstWords_KeyDown(int keyCode, Qt::KeyboardModifiers)
@@ -207,34 +183,6 @@ void FrmWords::lstWords_KeyDown(int keyCode, Qt::KeyboardModifiers)
         return;
     }
     tell(kDeleted);
-}
-
-void FrmWords::reject()
-{
-    cmdCancel_Click();
-}
-
-void FrmWords::closeEvent(QCloseEvent *event)
-{
-    // The close box does what Cancel does; after OK or Cancel the window is
-    // closing itself and nothing more happens.
-    event->accept();
-    if (!m_finished) {
-        m_finished = true;
-        m_navigator.showMainMenu();
-    }
-}
-
-bool FrmWords::eventFilter(QObject *watched, QEvent *event)
-{
-    if (watched == lstWords && event->type() == QEvent::KeyPress) {
-        const auto *key = static_cast<QKeyEvent *>(event);
-        if (key->key() == Qt::Key_Delete) {
-            lstWords_KeyDown(key->key(), key->modifiers());
-            return true;
-        }
-    }
-    return QDialog::eventFilter(watched, event);
 }
 
 } // namespace lexicove

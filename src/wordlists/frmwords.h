@@ -1,8 +1,7 @@
 #pragma once
 
+#include "core/activitywindow.h"
 #include "platform/platform.h"
-
-#include <QDialog>
 
 class QListWidget;
 class QPushButton;
@@ -10,13 +9,12 @@ class QPushButton;
 namespace lexicove {
 
 struct GameState;
-class Navigator;
 
 // The word list chooser: one entry per list ("animals - 12 words") and, in
 // play mode, "Choose random list" last. Each list entry keeps its file's real
 // name beside its text (Qt::UserRole), so a list is opened and deleted by
 // that name and never by parsing the text back; the random entry has none.
-class FrmWords : public QDialog {
+class FrmWords : public ActivityWindow {
     Q_OBJECT
 public:
     FrmWords(GameState &state, Platform &platform, Navigator &navigator);
@@ -27,12 +25,7 @@ public:
 
     void cmdOK_Click();
     void cmdCancel_Click();
-    void lstWords_KeyDown(int keyCode, Qt::KeyboardModifiers shift);
-
-protected:
-    void reject() override;
-    void closeEvent(QCloseEvent *event) override;
-    bool eventFilter(QObject *watched, QEvent *event) override;
+    void lstWords_KeyDown(int keyCode, Qt::KeyboardModifiers shift) override;
 
 private:
     bool playMode() const;
@@ -40,16 +33,12 @@ private:
     // A message box over this window; the focus goes back where it was.
     MessageResult tell(const QString &prompt, MessageButtons buttons = MessageButtons::Ok,
                        const QString &title = QString());
-    // Leaves the window; whatever comes next has been opened already.
-    void finish();
 
     GameState &m_state;
     Platform &m_platform;
-    Navigator &m_navigator;
     QListWidget *lstWords;
     QPushButton *cmdOK;
     QPushButton *cmdCancel;
-    bool m_finished = false;
 };
 
 } // namespace lexicove

@@ -2,8 +2,9 @@
 #include "core/game.h"
 #include "core/gamestate.h"
 #include "fakeplatform.h"
+#include "keys.h"
+#include "mainmenu.h"
 
-#include <QApplication>
 #include <QListWidget>
 #include <QPushButton>
 #include <QtTest>
@@ -15,21 +16,6 @@ namespace {
 
 const QString kNoLists = QStringLiteral(
     "No word lists are available. Please choose the Create Word List option first.");
-
-QWidget *focused()
-{
-    return QApplication::focusWidget();
-}
-
-QString focusedName()
-{
-    return focused() ? focused()->objectName() : QString();
-}
-
-void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
-{
-    QTest::keyClick(focused(), static_cast<Qt::Key>(key), modifiers);
-}
 
 } // namespace
 
@@ -54,20 +40,16 @@ void TestFrmChoose::opensWithFirstChoiceSelectedAndFocused()
     FakePlatform fake;
     GameState state;
     Game game(state, fake.platform);
-    QVERIFY(game.start());
+    QVERIFY(startGame(game));
     FrmChoose &menu = game.mainMenu();
-    QVERIFY(QTest::qWaitForWindowActive(&menu));
     QCOMPARE(menu.windowTitle(), QStringLiteral("Lexicove - Select Option"));
     auto *list = menu.findChild<QListWidget *>(QStringLiteral("lstStyle"));
     QVERIFY(list);
-    QStringList items;
-    for (int i = 0; i < list->count(); ++i)
-        items.append(list->item(i)->text());
-    QCOMPARE(items, (QStringList{"Play a Puzzle", "Create Word List", "Edit Existing Word List",
-                                 "Count Word Lists"}));
+    QCOMPARE(entriesOf(list), (QStringList{"Play a Puzzle", "Create Word List",
+                                           "Edit Existing Word List", "Count Word Lists"}));
     QCOMPARE(list->currentRow(), 0);
     QVERIFY(list->item(0)->isSelected());
-    QCOMPARE(focusedName(), QStringLiteral("lstStyle"));
+    QCOMPARE(focusName(), QStringLiteral("lstStyle"));
     QCOMPARE(menu.findChild<QPushButton *>("cmdOK")->text(), QStringLiteral("&OK"));
     QVERIFY(menu.findChild<QPushButton *>("cmdOK")->isDefault());
     QCOMPARE(menu.findChild<QPushButton *>("cmdExit")->text(), QStringLiteral("E&xit"));
@@ -100,9 +82,8 @@ void TestFrmChoose::countsWordListsAfresh()
     FakePlatform fake;
     GameState state;
     Game game(state, fake.platform);
-    QVERIFY(game.start());
+    QVERIFY(startGame(game));
     FrmChoose &menu = game.mainMenu();
-    QVERIFY(QTest::qWaitForWindowActive(&menu));
     auto *list = menu.findChild<QListWidget *>(QStringLiteral("lstStyle"));
 
     press(Qt::Key_End);
@@ -111,7 +92,7 @@ void TestFrmChoose::countsWordListsAfresh()
     QCOMPARE(fake.dialogs.lastPrompt(), QStringLiteral("You have a total of 0 word lists."));
     QCOMPARE(fake.dialogs.shown.last().title, kAppTitle);
     QVERIFY(menu.isVisible());
-    QCOMPARE(focusedName(), QStringLiteral("lstStyle"));
+    QCOMPARE(focusName(), QStringLiteral("lstStyle"));
 
     fake.writeFile(QStringLiteral("animals.wds"), "cat\r\n");
     press(Qt::Key_Return);
@@ -128,7 +109,7 @@ void TestFrmChoose::countsWordListsAfresh()
     press(Qt::Key_Return);
     QCOMPARE(fake.dialogs.lastPrompt(), QStringLiteral("You have a total of 2 word lists."));
     QCOMPARE(list->currentRow(), 3);
-    QCOMPARE(focusedName(), QStringLiteral("lstStyle"));
+    QCOMPARE(focusName(), QStringLiteral("lstStyle"));
     QVERIFY(fake.dialogs.unexpected.isEmpty());
 }
 
@@ -140,8 +121,7 @@ void TestFrmChoose::escapeAndExitEndTheProgram()
         FakePlatform fake;
         GameState state;
         Game game(state, fake.platform);
-        QVERIFY(game.start());
-        QVERIFY(QTest::qWaitForWindowActive(&game.mainMenu()));
+        QVERIFY(startGame(game));
         press(Qt::Key_Escape);
         QVERIFY(game.ended());
         QVERIFY(!game.mainMenu().isVisible());
@@ -151,8 +131,7 @@ void TestFrmChoose::escapeAndExitEndTheProgram()
         FakePlatform fake;
         GameState state;
         Game game(state, fake.platform);
-        QVERIFY(game.start());
-        QVERIFY(QTest::qWaitForWindowActive(&game.mainMenu()));
+        QVERIFY(startGame(game));
         press(Qt::Key_X, Qt::AltModifier);
         QTRY_VERIFY(game.ended());
         QVERIFY(!game.mainMenu().isVisible());
@@ -165,8 +144,7 @@ void TestFrmChoose::closeBoxEndsTheProgram()
     FakePlatform fake;
     GameState state;
     Game game(state, fake.platform);
-    QVERIFY(game.start());
-    QVERIFY(QTest::qWaitForWindowActive(&game.mainMenu()));
+    QVERIFY(startGame(game));
     game.mainMenu().close();
     QVERIFY(game.ended());
     QVERIFY(fake.dialogs.shown.isEmpty());
@@ -209,9 +187,8 @@ void TestFrmChoose::choicesSetTheGameStateAndKeepTheMenuWhenNothingOpens()
     FakePlatform fake;
     GameState state;
     Game game(state, fake.platform);
-    QVERIFY(game.start());
+    QVERIFY(startGame(game));
     FrmChoose &menu = game.mainMenu();
-    QVERIFY(QTest::qWaitForWindowActive(&menu));
     auto *list = menu.findChild<QListWidget *>(QStringLiteral("lstStyle"));
 
     state.editingList = true;
@@ -220,7 +197,7 @@ void TestFrmChoose::choicesSetTheGameStateAndKeepTheMenuWhenNothingOpens()
     QCOMPARE(state.editingList, false);
     QCOMPARE(fake.dialogs.lastPrompt(), kNoLists);
     QTRY_VERIFY(menu.isVisible());
-    QCOMPARE(focusedName(), QStringLiteral("lstStyle"));
+    QCOMPARE(focusName(), QStringLiteral("lstStyle"));
     QCOMPARE(list->currentRow(), 0);
 
     press(Qt::Key_Down);
@@ -231,7 +208,7 @@ void TestFrmChoose::choicesSetTheGameStateAndKeepTheMenuWhenNothingOpens()
     QCOMPARE(fake.dialogs.lastPrompt(), kNoLists);
     QTRY_VERIFY(menu.isVisible());
     QCOMPARE(list->currentRow(), 2);
-    QCOMPARE(focusedName(), QStringLiteral("lstStyle"));
+    QCOMPARE(focusName(), QStringLiteral("lstStyle"));
 
     // Create Word List leaves the chooser mode as an earlier choice left it.
     press(Qt::Key_Up);
@@ -247,15 +224,14 @@ void TestFrmChoose::tabOrderIsListOkExit()
     FakePlatform fake;
     GameState state;
     Game game(state, fake.platform);
-    QVERIFY(game.start());
-    QVERIFY(QTest::qWaitForWindowActive(&game.mainMenu()));
-    QCOMPARE(focusedName(), QStringLiteral("lstStyle"));
+    QVERIFY(startGame(game));
+    QCOMPARE(focusName(), QStringLiteral("lstStyle"));
     press(Qt::Key_Tab);
-    QCOMPARE(focusedName(), QStringLiteral("cmdOK"));
+    QCOMPARE(focusName(), QStringLiteral("cmdOK"));
     press(Qt::Key_Tab);
-    QCOMPARE(focusedName(), QStringLiteral("cmdExit"));
+    QCOMPARE(focusName(), QStringLiteral("cmdExit"));
     press(Qt::Key_Tab);
-    QCOMPARE(focusedName(), QStringLiteral("lstStyle"));
+    QCOMPARE(focusName(), QStringLiteral("lstStyle"));
 }
 
 QTEST_MAIN(TestFrmChoose)

@@ -1,7 +1,8 @@
 #include "core/frmchoose.h"
 #include "core/game.h"
-#include "core/navigator.h"
+#include "fakenavigator.h"
 #include "fakeplatform.h"
+#include "keys.h"
 #include "play/frmlist.h"
 #include "play/frmsearch.h"
 #include "puzzles.h"
@@ -24,23 +25,6 @@ using namespace lexicove::test;
 namespace {
 
 const QString kExitQuestion = QStringLiteral("Really exit this word search?");
-
-// The main menu and the other windows are not part of these tests: the
-// navigator only counts what it is asked, and keeps the shared list window.
-class FakeNavigator final : public Navigator {
-public:
-    void showMainMenu() override { ++mainMenuShown; }
-    bool openChooser() override { return false; }
-    bool openEditor() override { return false; }
-    bool openOptions() override { return false; }
-    bool openPuzzle() override { return false; }
-    FrmList &listWindow() override { return list; }
-    void endProgram() override { ++ended; }
-
-    int mainMenuShown = 0;
-    int ended = 0;
-    FrmList list;
-};
 
 // 5 x 5 with a different letter in every cell: a sound tells the cell.
 QStringList Alphabet()
@@ -104,11 +88,6 @@ private slots:
 private:
     // Opens a puzzle window on the state as it is and waits until it is active.
     bool open();
-    QWidget *focus() const { return QApplication::focusWidget(); }
-    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
-    {
-        QTest::keyClick(QApplication::focusWidget(), key, modifiers);
-    }
     // Moves the cursor to (row, column) of the grid with the arrow keys.
     void moveTo(int row, int column);
     QTableWidget *grid() const { return m_window->findChild<QTableWidget *>("flex"); }
@@ -116,6 +95,8 @@ private:
 
     std::unique_ptr<FakePlatform> m_fake;
     std::unique_ptr<GameState> m_state;
+    // The main menu and the other windows are not part of these tests: the
+    // navigator only counts what it is asked, and keeps the shared list window.
     std::unique_ptr<FakeNavigator> m_navigator;
     std::unique_ptr<FrmSearch> m_window;
 };
@@ -144,7 +125,7 @@ bool TestFrmSearch::open()
         return false;
     m_window->show();
     m_window->activateWindow();
-    return QTest::qWaitForWindowActive(m_window.get()) && focus() == grid();
+    return QTest::qWaitForWindowActive(m_window.get()) && focused() == grid();
 }
 
 void TestFrmSearch::moveTo(int row, int column)
@@ -385,10 +366,10 @@ void TestFrmSearch::typedLettersDoNotMove()
     // "q", "g", "l" or "v".
     const int interval = QApplication::keyboardInputInterval();
     QApplication::setKeyboardInputInterval(0);
-    QTest::keyClicks(focus(), QStringLiteral("qglvQ1."));
+    QTest::keyClicks(focused(), QStringLiteral("qglvQ1."));
     QApplication::setKeyboardInputInterval(interval);
     press(Qt::Key_Tab);
-    QCOMPARE(focus(), grid());
+    QCOMPARE(focused(), grid());
     QCOMPARE(cursor().row, 1);
     QCOMPARE(cursor().column, 2);
     QCOMPARE(m_fake->sound.names(), QStringList{});
@@ -533,7 +514,7 @@ void TestFrmSearch::shortcutsWorkFromTheGrid()
                           "Printing puzzles is not available yet.",
                           "Brailling puzzles is not available yet."}));
     QVERIFY(!m_window->findChild<QMenu *>("mnuPuzzle")->isVisible());
-    QCOMPARE(focus(), grid());
+    QCOMPARE(focused(), grid());
     QCOMPARE(cursor().column, 2);
     QCOMPARE(m_fake->sound.names(), QStringList{});
     QVERIFY(m_window->marking().markPending());
@@ -574,7 +555,7 @@ void TestFrmSearch::escapeNoKeepsPendingMark()
     QCOMPARE(m_fake->dialogs.shown[0].buttons, MessageButtons::YesNo);
     QVERIFY(m_window->isVisible());
     QCOMPARE(m_navigator->mainMenuShown, 0);
-    QCOMPARE(focus(), grid());
+    QCOMPARE(focused(), grid());
     QVERIFY(m_window->marking().markPending());
 
     moveTo(1, 4);
@@ -649,7 +630,7 @@ void TestFrmSearch::escapeYesThroughGame()
     QTRY_VERIFY(first.isNull());
     QVERIFY(game.mainMenu().isVisible());
     QVERIFY(QTest::qWaitForWindowActive(&game.mainMenu()));
-    QCOMPARE(focus(), game.mainMenu().findChild<QWidget *>("lstStyle"));
+    QCOMPARE(focused(), game.mainMenu().findChild<QWidget *>("lstStyle"));
 
     // A new puzzle: its first Space is a first mark again.
     game.mainMenu().hide();
@@ -689,12 +670,12 @@ void TestFrmSearch::wordsToFindList()
     m_fake->sound.played.clear();
 
     press(Qt::Key_W, Qt::ControlModifier);
-    FrmList &list = m_navigator->list;
+    FrmList &list = m_navigator->listWindow();
     QVERIFY(QTest::qWaitForWindowActive(&list));
     QVERIFY(!m_window->isVisible());
     QCOMPARE(list.windowTitle(), QStringLiteral("Word List - Words Remaining"));
     QListWidget *entries = list.findChild<QListWidget *>("lstList");
-    QCOMPARE(focus(), entries);
+    QCOMPARE(focused(), entries);
     QStringList shown;
     for (int i = 0; i < entries->count(); ++i)
         shown.append(entries->item(i)->text());
@@ -719,7 +700,7 @@ void TestFrmSearch::wordsToFindList()
     QTRY_VERIFY(!list.isVisible());
     QVERIFY(m_window->isVisible());
     QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-    QCOMPARE(focus(), grid());
+    QCOMPARE(focused(), grid());
     QCOMPARE(cursor().row, 1);
     QCOMPARE(cursor().column, 2);
     QVERIFY(m_window->marking().markPending());
@@ -737,7 +718,7 @@ void TestFrmSearch::wordsToFindMasked()
 {
     SetPuzzle(*m_state, Farm(), FarmWords(), 0, true);
     QVERIFY(open());
-    FrmList &list = m_navigator->list;
+    FrmList &list = m_navigator->listWindow();
     QListWidget *entries = list.findChild<QListWidget *>("lstList");
     const auto listed = [entries] {
         QStringList shown;
@@ -783,9 +764,9 @@ void TestFrmSearch::wordsToFindWhenAllFound()
     m_fake->dialogs.clear();
     press(Qt::Key_W, Qt::ControlModifier);
     QCOMPARE(m_fake->dialogs.prompts(), QStringList{"You've found all the words!"});
-    QVERIFY(!m_navigator->list.isVisible());
+    QVERIFY(!m_navigator->listWindow().isVisible());
     QVERIFY(m_window->isVisible());
-    QCOMPARE(focus(), grid());
+    QCOMPARE(focused(), grid());
 }
 
 QTEST_MAIN(TestFrmSearch)

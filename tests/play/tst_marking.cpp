@@ -43,6 +43,37 @@ struct Cell {
     int column;
 };
 
+// The puzzle's state and clock, kept beside the marking that reads them.
+struct PuzzleAndClock {
+    GameState state;
+    FakeClock clock;
+};
+
+struct PlaySetting {
+    qint32 timeLimit = 0;
+    quint32 startTick = 1000;
+};
+
+// A game under way on a puzzle: the words cleared and play begun, as the
+// puzzle window begins it.
+struct Playing : PuzzleAndClock, Marking {
+    Playing(const QStringList &rows, const QStringList &words, PlaySetting setting = {})
+        : Marking(state, clock)
+    {
+        SetPuzzle(state, rows, words, setting.timeLimit);
+        clock.ticks = setting.startTick;
+        ClearFound();
+        Begin();
+    }
+
+    // Marks the first cell, then the second: what the second press answers.
+    QStringList select(Cell first, Cell second)
+    {
+        MarkLetter(first.row, first.column);
+        return Described(MarkLetter(second.row, second.column));
+    }
+};
+
 } // namespace
 
 Q_DECLARE_METATYPE(Cell)
@@ -78,13 +109,8 @@ private slots:
 // Starting play sets every word to find, reads the clock and drops a mark.
 void TestMarking::beginStartsPlay()
 {
-    GameState state;
-    SetPuzzle(state, PlainRows(5), {QStringLiteral("cat"), QStringLiteral("dog")});
-    FakeClock clock;
-    clock.ticks = 123456;
-    Marking play(state, clock);
-    play.ClearFound();
-    play.Begin();
+    Playing play(PlainRows(5), {QStringLiteral("cat"), QStringLiteral("dog")},
+                 {.startTick = 123456});
     QCOMPARE(play.wordsRemaining(), 2);
     QCOMPARE(play.startTick(), quint32(123456));
     QVERIFY(!play.markPending());
@@ -94,19 +120,14 @@ void TestMarking::beginStartsPlay()
     // A fresh start never keeps the mark of the game before.
     play.Begin();
     QVERIFY(!play.markPending());
-    clock.ticks = 123456 + 2500;
+    play.clock.ticks = 123456 + 2500;
     QCOMPARE(play.elapsed(), quint32(2500));
 }
 
 // The first press of a selection plays "mark.wav" and nothing else.
 void TestMarking::firstPressPlaysMark()
 {
-    GameState state;
-    SetPuzzle(state, PlainRows(5), {QStringLiteral("cat")});
-    FakeClock clock;
-    Marking play(state, clock);
-    play.ClearFound();
-    play.Begin();
+    Playing play(PlainRows(5), {QStringLiteral("cat")});
     QCOMPARE(Described(play.MarkLetter(3, 4)), QStringList{SoundLine(QStringLiteral("mark.wav"))});
     QVERIFY(play.markPending());
     QCOMPARE(play.wordsRemaining(), 1);
@@ -155,16 +176,9 @@ void TestMarking::wordFoundInEveryLine()
     QFETCH(QStringList, rows);
     QFETCH(Cell, first);
     QFETCH(Cell, second);
-    GameState state;
     // The second word keeps the puzzle open, so a find answers with its message alone.
-    SetPuzzle(state, rows, {QStringLiteral("cat"), QStringLiteral("never")});
-    FakeClock clock;
-    Marking play(state, clock);
-    play.ClearFound();
-    play.Begin();
-
-    play.MarkLetter(first.row, first.column);
-    QCOMPARE(Described(play.MarkLetter(second.row, second.column)),
+    Playing play(rows, {QStringLiteral("cat"), QStringLiteral("never")});
+    QCOMPARE(play.select(first, second),
              QStringList{MessageLine(FoundMessage(QStringLiteral("cat")))});
     QVERIFY(play.wordFound()[1]);
     QVERIFY(!play.wordFound()[2]);
@@ -227,13 +241,8 @@ void TestMarking::runReadInOrder()
 // Marks at row 5 column 1 then row 1 column 5 read the cells (1,5), (2,4), (3,3), (4,2), (5,1).
 void TestMarking::diagonalMarkedFromBelowReadsFromUpperMark()
 {
-    GameState state;
     // Only the cells of that slope spell a word of the list.
-    SetPuzzle(state, LetteredRows(), {QStringLiteral("EIMQU"), QStringLiteral("AGMSY")});
-    FakeClock clock;
-    Marking play(state, clock);
-    play.ClearFound();
-    play.Begin();
+    Playing play(LetteredRows(), {QStringLiteral("EIMQU"), QStringLiteral("AGMSY")});
     play.MarkLetter(5, 1);
     QCOMPARE(Described(play.MarkLetter(1, 5)),
              QStringList{MessageLine(FoundMessage(QStringLiteral("EIMQU")))});
@@ -256,12 +265,7 @@ void TestMarking::swapValuesExchanges()
 // Marking the same cell twice gives the how-to message, no sound, and drops the selection.
 void TestMarking::sameCellTwice()
 {
-    GameState state;
-    SetPuzzle(state, PlainRows(5, QLatin1Char('a')), {QStringLiteral("a"), QStringLiteral("b")});
-    FakeClock clock;
-    Marking play(state, clock);
-    play.ClearFound();
-    play.Begin();
+    Playing play(PlainRows(5, QLatin1Char('a')), {QStringLiteral("a"), QStringLiteral("b")});
     play.MarkLetter(2, 3);
     // Even a one-letter word can't be selected this way.
     QCOMPARE(Described(play.MarkLetter(2, 3)), QStringList{MessageLine(kSameCellMessage)});
@@ -284,14 +288,8 @@ void TestMarking::notInLine()
 {
     QFETCH(Cell, first);
     QFETCH(Cell, second);
-    GameState state;
-    SetPuzzle(state, LetteredRows(), {QStringLiteral("AFK")});
-    FakeClock clock;
-    Marking play(state, clock);
-    play.ClearFound();
-    play.Begin();
-    play.MarkLetter(first.row, first.column);
-    QCOMPARE(Described(play.MarkLetter(second.row, second.column)),
+    Playing play(LetteredRows(), {QStringLiteral("AFK")});
+    QCOMPARE(play.select(first, second),
              QStringList{MessageLine(kNotInLineMessage)});
     QVERIFY(!play.markPending());
     QCOMPARE(play.wordsRemaining(), 1);
@@ -311,14 +309,8 @@ void TestMarking::missPlaysWrong()
 {
     QFETCH(Cell, first);
     QFETCH(Cell, second);
-    GameState state;
-    SetPuzzle(state, LetteredRows(), {QStringLiteral("ABC")});
-    FakeClock clock;
-    Marking play(state, clock);
-    play.ClearFound();
-    play.Begin();
-    play.MarkLetter(first.row, first.column);
-    QCOMPARE(Described(play.MarkLetter(second.row, second.column)),
+    Playing play(LetteredRows(), {QStringLiteral("ABC")});
+    QCOMPARE(play.select(first, second),
              QStringList{SoundLine(QStringLiteral("wrong.wav"))});
     QVERIFY(!play.markPending());
     QCOMPARE(play.wordsRemaining(), 1);
@@ -327,12 +319,7 @@ void TestMarking::missPlaysWrong()
 // Marking a word that is already found plays "wrong.wav" and counts nothing.
 void TestMarking::wordAlreadyFoundPlaysWrong()
 {
-    GameState state;
-    SetPuzzle(state, LetteredRows(), {QStringLiteral("ABC"), QStringLiteral("FGH")});
-    FakeClock clock;
-    Marking play(state, clock);
-    play.ClearFound();
-    play.Begin();
+    Playing play(LetteredRows(), {QStringLiteral("ABC"), QStringLiteral("FGH")});
     play.MarkLetter(1, 1);
     QCOMPARE(Described(play.MarkLetter(1, 3)),
              QStringList{MessageLine(FoundMessage(QStringLiteral("ABC")))});
@@ -358,12 +345,7 @@ void TestMarking::oneRunFindsEveryMatchingSlot()
     QFETCH(QStringList, words);
     QFETCH(QStringList, found);
     QFETCH(int, remaining);
-    GameState state;
-    SetPuzzle(state, LetteredRows(), words);
-    FakeClock clock;
-    Marking play(state, clock);
-    play.ClearFound();
-    play.Begin();
+    Playing play(LetteredRows(), words);
     play.MarkLetter(1, 3);
     QStringList expected;
     for (const QString &word : found)
@@ -399,14 +381,9 @@ void TestMarking::lastWordChoosesCheer()
     QFETCH(quint32, startTick);
     QFETCH(quint32, elapsed);
     QFETCH(QString, cheer);
-    GameState state;
-    SetPuzzle(state, LetteredRows(), {QStringLiteral("ABC")}, timeLimit);
-    FakeClock clock;
-    clock.ticks = startTick;
-    Marking play(state, clock);
-    play.ClearFound();
-    play.Begin();
-    clock.ticks = startTick + elapsed; // wraps modulo 2^32, as the counter does
+    Playing play(LetteredRows(), {QStringLiteral("ABC")},
+                 {.timeLimit = timeLimit, .startTick = startTick});
+    play.clock.ticks = startTick + elapsed; // wraps modulo 2^32, as the counter does
     play.MarkLetter(1, 1);
     QCOMPARE(Described(play.MarkLetter(1, 3)),
              (QStringList{MessageLine(FoundMessage(QStringLiteral("ABC"))), SoundLine(cheer),
@@ -417,12 +394,7 @@ void TestMarking::lastWordChoosesCheer()
 // After every word is found a selection answers with nothing but the first press's "mark.wav" (and the two selection messages).
 void TestMarking::nothingAfterTheEndButMark()
 {
-    GameState state;
-    SetPuzzle(state, LetteredRows(), {QStringLiteral("ABC"), QStringLiteral("ABC")});
-    FakeClock clock;
-    Marking play(state, clock);
-    play.ClearFound();
-    play.Begin();
+    Playing play(LetteredRows(), {QStringLiteral("ABC"), QStringLiteral("ABC")});
     play.MarkLetter(1, 1);
     QCOMPARE(Described(play.MarkLetter(1, 3)),
              (QStringList{MessageLine(FoundMessage(QStringLiteral("ABC"))),

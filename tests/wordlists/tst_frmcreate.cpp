@@ -4,9 +4,12 @@
 #include "core/frmchoose.h"
 #include "core/game.h"
 #include "core/gamestate.h"
+#include "fakenavigator.h"
 #include "fakeplatform.h"
+#include "keys.h"
+#include "mainmenu.h"
 #include "platform/qtplatform.h"
-#include "windowdriver.h"
+#include "windowrig.h"
 #include "wordlists/frmcreate.h"
 
 #include <QElapsedTimer>
@@ -42,23 +45,20 @@ const QString kSaved = QStringLiteral("Your word list has been saved");
 
 // An editor opened straight on a recording navigator: empty, or on a list
 // file of the folder as the chooser would open it.
-struct EditorRig {
+struct EditorRig : WindowRig<FrmCreate> {
     bool open(const QString &editing = QString())
     {
         state.editingList = !editing.isEmpty();
         if (state.editingList)
             state.wordListPath = fp.path(editing);
-        window = new FrmCreate(state, fp.platform, navigator);
-        window->setAttribute(Qt::WA_DeleteOnClose);
-        if (!window->Form_Load()) {
-            delete window.data();
-            return false;
-        }
-        window->show();
-        window->activateWindow();
-        return QTest::qWaitForWindowActive(window);
+        return WindowRig::open();
     }
-    ~EditorRig() { delete window.data(); }
+    // Writes a list file to the folder and opens the editor on it.
+    bool openOn(const QString &file, const QByteArray &bytes)
+    {
+        fp.writeFile(file, bytes);
+        return open(file);
+    }
 
     QListWidget *list() const { return window->findChild<QListWidget *>("lstWords"); }
     QLineEdit *text() const { return window->findChild<QLineEdit *>("txtWord"); }
@@ -77,11 +77,6 @@ struct EditorRig {
         type(word);
         press(Qt::Key_Return);
     }
-
-    FakePlatform fp;
-    GameState state;
-    FakeNavigator navigator;
-    QPointer<FrmCreate> window;
 };
 
 QByteArray linesOf(int count)
@@ -116,7 +111,8 @@ private slots:
     void emptyNameAbandonsSave_data();
     void emptyNameAbandonsSave();
     void editAndSaveSameName();
-    void editAndSaveNewName();
+    void editAndSaveUnderTheNameGiven_data();
+    void editAndSaveUnderTheNameGiven();
     void editFileWithCommasAndBlanks();
     void editUnreadableFile();
     void cancelLeavesFiles_data();
@@ -133,16 +129,11 @@ void TestFrmCreate::opensEmptyFromMainMenu()
     state.chooserMode = kChooserEdit;
     state.wordListPath = fp.path(QStringLiteral("animals.wds"));
     Game game(state, fp.platform);
-    QVERIFY(game.start());
-    QVERIFY(QTest::qWaitForWindowActive(&game.mainMenu()));
-    press(Qt::Key_Down);
-    press(Qt::Key_Return);
-
-    QWidget *editor = game.currentWindow();
+    QVERIFY(startGame(game));
+    QWidget *editor = openFromMenu(game, MenuChoice::CreateList);
     QVERIFY(editor);
     QCOMPARE(editor->objectName(), QStringLiteral("frmCreate"));
     QCOMPARE(editor->windowTitle(), QStringLiteral("Lexicove - Enter Words"));
-    QVERIFY(QTest::qWaitForWindowActive(editor));
     QVERIFY(!game.mainMenu().isVisible());
     QVERIFY(!state.editingList);
     QCOMPARE(state.chooserMode, kChooserEdit);
@@ -218,8 +209,7 @@ void TestFrmCreate::refusals()
     QFETCH(QString, typed);
     QFETCH(QString, message);
     EditorRig rig;
-    rig.fp.writeFile(QStringLiteral("pets.wds"), "cat\r\ndog\r\n");
-    QVERIFY(rig.open(QStringLiteral("pets.wds")));
+    QVERIFY(rig.openOn(QStringLiteral("pets.wds"), "cat\r\ndog\r\n"));
     type(typed);
     press(Qt::Key_Return);
     QCOMPARE(rig.fp.dialogs.prompts(), QStringList{message});
@@ -260,8 +250,7 @@ void TestFrmCreate::fullListRefusesWhateverIsTyped()
     QCOMPARE(rig.entries().last(), QStringLiteral("cat"));
 
     EditorRig big;
-    big.fp.writeFile(QStringLiteral("big.wds"), linesOf(41));
-    QVERIFY(big.open(QStringLiteral("big.wds")));
+    QVERIFY(big.openOn(QStringLiteral("big.wds"), linesOf(41)));
     QCOMPARE(big.list()->count(), 41);
     big.addWord(QStringLiteral("cat"));
     QCOMPARE(big.fp.dialogs.prompts(), QStringList{kListFull});
@@ -367,8 +356,7 @@ void TestFrmCreate::removeByButton()
 void TestFrmCreate::deleteKeyInListOnly()
 {
     EditorRig rig;
-    rig.fp.writeFile(QStringLiteral("one.wds"), "owl\r\n");
-    QVERIFY(rig.open(QStringLiteral("one.wds")));
+    QVERIFY(rig.openOn(QStringLiteral("one.wds"), "owl\r\n"));
     type(QStringLiteral("cat"));
     press(Qt::Key_Home);
     press(Qt::Key_Delete);
@@ -425,13 +413,9 @@ void TestFrmCreate::saveNewList()
     FakePlatform fp;
     GameState state;
     Game game(state, fp.platform);
-    QVERIFY(game.start());
-    QVERIFY(QTest::qWaitForWindowActive(&game.mainMenu()));
-    press(Qt::Key_Down);
-    press(Qt::Key_Return);
-    QPointer<QWidget> editor = game.currentWindow();
+    QVERIFY(startGame(game));
+    QPointer<QWidget> editor = openFromMenu(game, MenuChoice::CreateList);
     QVERIFY(editor);
-    QVERIFY(QTest::qWaitForWindowActive(editor));
     for (const char *word : {"cat", "dog", "cat"}) {
         type(QString::fromLatin1(word));
         press(Qt::Key_Return);
@@ -500,8 +484,7 @@ void TestFrmCreate::emptyNameAbandonsSave()
     QFETCH(QStringList, replies);
     QFETCH(int, asked);
     EditorRig rig;
-    rig.fp.writeFile(QStringLiteral("pets.wds"), "cat\r\n");
-    QVERIFY(rig.open(QStringLiteral("pets.wds")));
+    QVERIFY(rig.openOn(QStringLiteral("pets.wds"), "cat\r\n"));
     rig.addWord(QStringLiteral("dog"));
     rig.fp.dialogs.replies = replies;
     press(Qt::Key_S, Qt::AltModifier);
@@ -528,12 +511,8 @@ void TestFrmCreate::editAndSaveSameName()
     fp.writeFile(QStringLiteral("birds.wds"), "owl\r\n");
     GameState state;
     Game game(state, fp.platform);
-    QVERIFY(game.start());
-    QVERIFY(QTest::qWaitForWindowActive(&game.mainMenu()));
-    press(Qt::Key_Down);
-    press(Qt::Key_Down);
-    press(Qt::Key_Return); // edit: the chooser
-    QVERIFY(QTest::qWaitForWindowActive(game.currentWindow()));
+    QVERIFY(startGame(game));
+    QVERIFY(openFromMenu(game, MenuChoice::EditList)); // the chooser
     press(Qt::Key_Return); // animals: the editor
     QPointer<QWidget> editor = game.currentWindow();
     QVERIFY(editor);
@@ -568,40 +547,52 @@ void TestFrmCreate::editAndSaveSameName()
     QTRY_COMPARE(focusName(), QStringLiteral("lstStyle"));
 }
 
-// Saving an edited list under a new name makes that file and leaves the old one as it was.
-void TestFrmCreate::editAndSaveNewName()
+void TestFrmCreate::editAndSaveUnderTheNameGiven_data()
 {
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("reply");
+    QTest::addColumn<QString>("offered");
+    QTest::addColumn<QString>("saved");
+    QTest::addColumn<QStringList>("files");
+
+    QTest::newRow("new name: a new file, the old one as it was")
+        << "animals.wds" << QByteArray("cat\r\ndog\r\n") << "Zoo" << "animals" << "zoo.wds"
+        << QStringList{"animals.wds", "zoo.wds"};
+    QTest::newRow("own name, file name in capitals: that file kept")
+        << "Farm.WDS" << QByteArray("pig\r\n") << "Farm" << "Farm" << "Farm.WDS"
+        << QStringList{"Farm.WDS"};
+}
+
+// Saving an edited list offers the list's name as its file spells it and writes the named file.
+void TestFrmCreate::editAndSaveUnderTheNameGiven()
+{
+    QFETCH(QString, file);
+    QFETCH(QByteArray, bytes);
+    QFETCH(QString, reply);
+    QFETCH(QString, offered);
+    QFETCH(QString, saved);
+    QFETCH(QStringList, files);
     EditorRig rig;
-    rig.fp.writeFile(QStringLiteral("animals.wds"), "cat\r\ndog\r\n");
-    QVERIFY(rig.open(QStringLiteral("animals.wds")));
+    QVERIFY(rig.openOn(file, bytes));
     rig.addWord(QStringLiteral("gnu"));
-    rig.fp.dialogs.replies = {QStringLiteral("Zoo")};
+    rig.fp.dialogs.replies = {reply};
     press(Qt::Key_S, Qt::AltModifier);
     QTRY_COMPARE(rig.fp.dialogs.prompts(), (QStringList{kNamePrompt, kSaved}));
-    QCOMPARE(rig.fp.dialogs.shown.at(0).defaultText, QStringLiteral("animals"));
-    QCOMPARE(rig.fp.readFile(QStringLiteral("zoo.wds")), QByteArray("cat\r\ndog\r\ngnu\r\n"));
-    QCOMPARE(rig.fp.readFile(QStringLiteral("animals.wds")), QByteArray("cat\r\ndog\r\n"));
-
-    // A list whose file name is in capitals offers that name and keeps that file.
-    EditorRig caps;
-    caps.fp.writeFile(QStringLiteral("Farm.WDS"), "pig\r\n");
-    QVERIFY(caps.open(QStringLiteral("Farm.WDS")));
-    caps.addWord(QStringLiteral("hen"));
-    caps.fp.dialogs.replies = {QStringLiteral("Farm")};
-    press(Qt::Key_S, Qt::AltModifier);
-    QTRY_COMPARE(caps.fp.dialogs.prompts(), (QStringList{kNamePrompt, kSaved}));
-    QCOMPARE(caps.fp.dialogs.shown.at(0).defaultText, QStringLiteral("Farm"));
-    QCOMPARE(caps.fp.files.list(caps.fp.system.folder, QStringLiteral(".wds")),
-             QStringList{"Farm.WDS"});
-    QCOMPARE(caps.fp.readFile(QStringLiteral("Farm.WDS")), QByteArray("pig\r\nhen\r\n"));
+    QCOMPARE(rig.fp.dialogs.shown.at(0).defaultText, offered);
+    QStringList listed = rig.fp.files.list(rig.fp.system.folder, QStringLiteral(".wds"));
+    listed.sort();
+    QCOMPARE(listed, files);
+    QCOMPARE(rig.fp.readFile(saved), bytes + "gnu\r\n");
+    if (saved != file)
+        QCOMPARE(rig.fp.readFile(file), bytes);
 }
 
 // A line a,b opens as two entries and is saved as two lines; a blank line is an empty entry.
 void TestFrmCreate::editFileWithCommasAndBlanks()
 {
     EditorRig rig;
-    rig.fp.writeFile(QStringLiteral("odd.wds"), "a,b\r\n\r\n\"c,d\"\r\ne");
-    QVERIFY(rig.open(QStringLiteral("odd.wds")));
+    QVERIFY(rig.openOn(QStringLiteral("odd.wds"), "a,b\r\n\r\n\"c,d\"\r\ne"));
     QCOMPARE(rig.entries(), (QStringList{"a", "b", "", "c,d", "e"}));
     rig.fp.dialogs.replies = {QStringLiteral("odd")};
     press(Qt::Key_S, Qt::AltModifier);
@@ -609,8 +600,7 @@ void TestFrmCreate::editFileWithCommasAndBlanks()
     QCOMPARE(rig.fp.readFile(QStringLiteral("odd.wds")), QByteArray("a\r\nb\r\n\r\nc,d\r\ne\r\n"));
 
     EditorRig empty;
-    empty.fp.writeFile(QStringLiteral("empty.wds"), QByteArray());
-    QVERIFY(empty.open(QStringLiteral("empty.wds")));
+    QVERIFY(empty.openOn(QStringLiteral("empty.wds"), QByteArray()));
     QCOMPARE(empty.list()->count(), 0);
     QCOMPARE(empty.list()->currentRow(), -1);
     QVERIFY(empty.fp.dialogs.shown.isEmpty());
@@ -624,14 +614,9 @@ void TestFrmCreate::editUnreadableFile()
     fp.files.failRead.insert(fp.path(QStringLiteral("locked.wds")));
     GameState state;
     Game game(state, fp.platform);
-    QVERIFY(game.start());
-    QVERIFY(QTest::qWaitForWindowActive(&game.mainMenu()));
-    press(Qt::Key_Down);
-    press(Qt::Key_Down);
-    press(Qt::Key_Return);
-    QPointer<QWidget> chooser = game.currentWindow();
+    QVERIFY(startGame(game));
+    QPointer<QWidget> chooser = openFromMenu(game, MenuChoice::EditList);
     QVERIFY(chooser);
-    QVERIFY(QTest::qWaitForWindowActive(chooser));
     QCOMPARE(entriesOf(chooser->findChild<QListWidget *>("lstWords")),
              QStringList{"locked - 0 words"});
     press(Qt::Key_Return);
@@ -667,8 +652,7 @@ void TestFrmCreate::cancelLeavesFiles()
 {
     QFETCH(int, how);
     EditorRig rig;
-    rig.fp.writeFile(QStringLiteral("animals.wds"), "cat\r\ndog\r\n");
-    QVERIFY(rig.open(QStringLiteral("animals.wds")));
+    QVERIFY(rig.openOn(QStringLiteral("animals.wds"), "cat\r\ndog\r\n"));
     rig.addWord(QStringLiteral("gnu"));
     rig.tabToList();
     press(Qt::Key_Home);
@@ -700,8 +684,7 @@ void TestFrmCreate::cancelLeavesFiles()
 void TestFrmCreate::failedWriteKeepsWords()
 {
     EditorRig rig;
-    rig.fp.writeFile(QStringLiteral("pets.wds"), "cat\r\n");
-    QVERIFY(rig.open(QStringLiteral("pets.wds")));
+    QVERIFY(rig.openOn(QStringLiteral("pets.wds"), "cat\r\n"));
     rig.addWord(QStringLiteral("dog"));
     rig.fp.files.failAllWrites = true;
     rig.fp.dialogs.replies = {QStringLiteral("pets")};

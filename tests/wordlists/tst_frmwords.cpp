@@ -5,7 +5,9 @@
 #include "core/game.h"
 #include "core/gamestate.h"
 #include "fakeplatform.h"
-#include "windowdriver.h"
+#include "keys.h"
+#include "mainmenu.h"
+#include "windowrig.h"
 #include "wordlists/frmwords.h"
 
 #include <QFile>
@@ -44,30 +46,12 @@ QListWidget *listOf(QWidget *window)
 
 // A chooser opened straight on a recording navigator, as the main menu would
 // open it in the given mode.
-struct ChooserRig {
+struct ChooserRig : WindowRig<FrmWords> {
     explicit ChooserRig(const QString &mode)
     {
         state.chooserMode = mode;
         state.editingList = mode == kChooserEdit;
     }
-    bool open()
-    {
-        window = new FrmWords(state, fp.platform, navigator);
-        window->setAttribute(Qt::WA_DeleteOnClose);
-        if (!window->Form_Load()) {
-            delete window.data();
-            return false;
-        }
-        window->show();
-        window->activateWindow();
-        return QTest::qWaitForWindowActive(window);
-    }
-    ~ChooserRig() { delete window.data(); }
-
-    FakePlatform fp;
-    GameState state;
-    FakeNavigator navigator;
-    QPointer<FrmWords> window;
 };
 
 } // namespace
@@ -105,15 +89,11 @@ void TestFrmWords::entriesToPlay()
     writeAnimalsAndBirds(fp);
     GameState state;
     Game game(state, fp.platform);
-    QVERIFY(game.start());
-    QVERIFY(QTest::qWaitForWindowActive(&game.mainMenu()));
-    press(Qt::Key_Return); // "Play a Puzzle" is selected at start
-
-    QWidget *chooser = game.currentWindow();
+    QVERIFY(startGame(game));
+    QWidget *chooser = openFromMenu(game, MenuChoice::PlayPuzzle); // selected at start
     QVERIFY(chooser);
     QCOMPARE(chooser->objectName(), QStringLiteral("frmWords"));
     QCOMPARE(chooser->windowTitle(), QStringLiteral("Lexicove - Select Word List"));
-    QVERIFY(QTest::qWaitForWindowActive(chooser));
     QVERIFY(!game.mainMenu().isVisible());
     QCOMPARE(entriesOf(listOf(chooser)),
              (QStringList{"animals - 12 words", "birds - 1 words", "Choose random list"}));
@@ -131,15 +111,9 @@ void TestFrmWords::entriesToEdit()
     writeAnimalsAndBirds(fp);
     GameState state;
     Game game(state, fp.platform);
-    QVERIFY(game.start());
-    QVERIFY(QTest::qWaitForWindowActive(&game.mainMenu()));
-    press(Qt::Key_Down);
-    press(Qt::Key_Down);
-    press(Qt::Key_Return); // "Edit Existing Word List"
-
-    QWidget *chooser = game.currentWindow();
+    QVERIFY(startGame(game));
+    QWidget *chooser = openFromMenu(game, MenuChoice::EditList);
     QVERIFY(chooser);
-    QVERIFY(QTest::qWaitForWindowActive(chooser));
     QCOMPARE(entriesOf(listOf(chooser)), (QStringList{"animals - 12 words", "birds - 1 words"}));
     QCOMPARE(listOf(chooser)->currentRow(), 0);
     QCOMPARE(focusName(), QStringLiteral("lstWords"));
@@ -237,12 +211,9 @@ void TestFrmWords::escapeAndCancelGoBack()
     writeAnimalsAndBirds(fp);
     GameState state;
     Game game(state, fp.platform);
-    QVERIFY(game.start());
-    QVERIFY(QTest::qWaitForWindowActive(&game.mainMenu()));
-    press(Qt::Key_Return);
-    QPointer<QWidget> chooser = game.currentWindow();
+    QVERIFY(startGame(game));
+    QPointer<QWidget> chooser = openFromMenu(game, MenuChoice::PlayPuzzle);
     QVERIFY(chooser);
-    QVERIFY(QTest::qWaitForWindowActive(chooser));
     press(Qt::Key_Down);
     press(Qt::Key_Escape);
     QTRY_VERIFY(chooser.isNull());
@@ -253,10 +224,8 @@ void TestFrmWords::escapeAndCancelGoBack()
     QVERIFY(state.wordListPath.isEmpty());
 
     // Again, leaving by the access key of Cancel.
-    press(Qt::Key_Return);
-    chooser = game.currentWindow();
+    chooser = openFromMenu(game, MenuChoice::PlayPuzzle);
     QVERIFY(chooser);
-    QVERIFY(QTest::qWaitForWindowActive(chooser));
     press(Qt::Key_C, Qt::AltModifier);
     QTRY_VERIFY(chooser.isNull());
     QVERIFY(game.mainMenu().isVisible());
@@ -305,14 +274,9 @@ void TestFrmWords::editChoiceOpensEditor()
     writeAnimalsAndBirds(fp);
     GameState state;
     Game game(state, fp.platform);
-    QVERIFY(game.start());
-    QVERIFY(QTest::qWaitForWindowActive(&game.mainMenu()));
-    press(Qt::Key_Down);
-    press(Qt::Key_Down);
-    press(Qt::Key_Return);
-    QPointer<QWidget> chooser = game.currentWindow();
+    QVERIFY(startGame(game));
+    QPointer<QWidget> chooser = openFromMenu(game, MenuChoice::EditList);
     QVERIFY(chooser);
-    QVERIFY(QTest::qWaitForWindowActive(chooser));
     state.editingList = false; // OK sets it again
     press(Qt::Key_Down);
     press(Qt::Key_Return);
@@ -451,24 +415,21 @@ void TestFrmWords::okOnEmptyList()
 
 void TestFrmWords::noListsAtAll_data()
 {
-    QTest::addColumn<int>("choice");
-    QTest::newRow("play") << 0;
-    QTest::newRow("edit") << 2;
+    QTest::addColumn<MenuChoice>("choice");
+    QTest::newRow("play") << MenuChoice::PlayPuzzle;
+    QTest::newRow("edit") << MenuChoice::EditList;
 }
 
 // With no lists the player is told so and stays on the visible main menu, the focus in its list.
 void TestFrmWords::noListsAtAll()
 {
-    QFETCH(int, choice);
+    QFETCH(MenuChoice, choice);
     FakePlatform fp;
     fp.writeFile(QStringLiteral("notes.txt"), "cat\r\n");
     GameState state;
     Game game(state, fp.platform);
-    QVERIFY(game.start());
-    QVERIFY(QTest::qWaitForWindowActive(&game.mainMenu()));
-    for (int i = 0; i < choice; ++i)
-        press(Qt::Key_Down);
-    press(Qt::Key_Return);
+    QVERIFY(startGame(game));
+    pickFromMenu(game, choice);
     QCOMPARE(fp.dialogs.prompts(), QStringList{kNoLists});
     QCOMPARE(fp.dialogs.shown.at(0).buttons, MessageButtons::Ok);
     QCOMPARE(fp.dialogs.shown.at(0).title, kAppTitle);
@@ -476,7 +437,7 @@ void TestFrmWords::noListsAtAll()
     QVERIFY(game.mainMenu().isVisible());
     QTRY_COMPARE(focusName(), QStringLiteral("lstStyle"));
     auto *menuList = game.mainMenu().findChild<QListWidget *>(QStringLiteral("lstStyle"));
-    QCOMPARE(menuList->currentRow(), choice);
+    QCOMPARE(menuList->currentRow(), static_cast<int>(choice));
 }
 
 // A list name holding a hyphen, or a file name in capitals, is shown, chosen and deleted by its real name.

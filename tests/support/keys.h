@@ -1,0 +1,64 @@
+#pragma once
+
+// The player at the keyboard: keys go to whatever control has the focus, as
+// they would for someone who can't see the screen, and the checks name the
+// controls by their object names.
+
+#include <QApplication>
+#include <QListWidget>
+#include <QTest>
+#include <QWidget>
+
+namespace lexicove::test {
+
+inline QWidget *focused()
+{
+    return QApplication::focusWidget();
+}
+
+inline QString focusName()
+{
+    QWidget *focus = focused();
+    return focus ? focus->objectName() : QStringLiteral("<none>");
+}
+
+// A key pressed by the player, into the control that has the focus.
+inline void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
+{
+    QWidget *focus = focused();
+    QVERIFY2(focus, "no control has the focus");
+    QTest::keyClick(focus, static_cast<Qt::Key>(key), modifiers);
+}
+
+inline void type(const QString &text)
+{
+    QWidget *focus = focused();
+    QVERIFY2(focus, "no control has the focus");
+    QTest::keyClicks(focus, text);
+}
+
+// Tabs forward until the named control has the focus (at most once round).
+inline void tabTo(const QString &name)
+{
+    for (int i = 0; i < 10 && focusName() != name; ++i)
+        press(Qt::Key_Tab);
+    QCOMPARE(focusName(), name);
+}
+
+// The active window when it is the named one, else null.
+inline QWidget *activeWindowNamed(const QString &name)
+{
+    QWidget *window = QApplication::activeWindow();
+    return window && window->objectName() == name ? window : nullptr;
+}
+
+// The entries of a list box, top to bottom.
+inline QStringList entriesOf(const QListWidget *list)
+{
+    QStringList texts;
+    for (int row = 0; row < list->count(); ++row)
+        texts.append(list->item(row)->text());
+    return texts;
+}
+
+} // namespace lexicove::test

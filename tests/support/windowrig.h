@@ -1,0 +1,45 @@
+#pragma once
+
+// One activity window opened straight on a scripted platform and a recording
+// navigator, loaded and shown as the game shows it: deleted when it closes.
+
+#include "core/gamestate.h"
+#include "fakenavigator.h"
+#include "fakeplatform.h"
+
+#include <QPointer>
+#include <QTest>
+
+namespace lexicove::test {
+
+template <typename Window>
+struct WindowRig {
+    WindowRig() = default;
+    WindowRig(const WindowRig &) = delete;
+    WindowRig &operator=(const WindowRig &) = delete;
+    ~WindowRig() { delete window.data(); }
+
+    // Loads and shows the window; false when it ended itself while loading
+    // (then `loaded` is false too) or never became active.
+    bool open()
+    {
+        window = new Window(state, fp.platform, navigator);
+        window->setAttribute(Qt::WA_DeleteOnClose);
+        loaded = window->Form_Load();
+        if (!loaded) {
+            delete window.data();
+            return false;
+        }
+        window->show();
+        window->activateWindow();
+        return QTest::qWaitForWindowActive(window);
+    }
+
+    FakePlatform fp;
+    GameState state;
+    FakeNavigator navigator;
+    QPointer<Window> window;
+    bool loaded = false;
+};
+
+} // namespace lexicove::test
