@@ -19,6 +19,8 @@ int main(int argc, char *argv[])
     lexicove::QtSystemInfo system;
     lexicove::QtFiles files;
     lexicove::Platform platform{dialogs, sound, clock, random, system, files};
+    // The sounds load in the background while the main menu comes up.
+    sound.preloadFolder(system.programFolder());
     lexicove::GameState state;
 
     int result = 0;

@@ -10,7 +10,6 @@
 #include <QInputDialog>
 #include <QMessageBox>
 #include <QSaveFile>
-#include <QSoundEffect>
 #include <QStandardPaths>
 #include <QStringDecoder>
 #include <QTemporaryFile>
@@ -91,60 +90,6 @@ QString QtDialogs::input(QWidget *parent, const QString &prompt, const QString &
     const QString text =
         QInputDialog::getText(parent, title, prompt, QLineEdit::Normal, defaultText, &ok);
     return ok ? text : QString();
-}
-
-QtSound::QtSound() = default;
-
-QtSound::~QtSound()
-{
-    shutdown();
-}
-
-void QtSound::shutdown()
-{
-    m_current = nullptr;
-    for (QSoundEffect *effect : std::as_const(m_effects)) {
-        if (effect) {
-            effect->stop();
-            delete effect;
-        }
-    }
-    m_effects.clear();
-}
-
-QSoundEffect *QtSound::effectFor(const QString &path)
-{
-    const auto found = m_effects.constFind(path);
-    if (found != m_effects.constEnd())
-        return *found;
-    QSoundEffect *effect = nullptr;
-    if (QFileInfo::exists(path)) {
-        effect = new QSoundEffect;
-        effect->setSource(QUrl::fromLocalFile(path));
-    }
-    m_effects.insert(path, effect);
-    return effect;
-}
-
-void QtSound::preload(const QStringList &paths)
-{
-    for (const QString &path : paths)
-        effectFor(path);
-}
-
-void QtSound::play(const QString &path)
-{
-    QSoundEffect *effect = effectFor(path);
-    if (m_current && m_current != effect)
-        m_current->stop();
-    m_current = effect;
-    if (!effect) {
-        QApplication::beep();
-        return;
-    }
-    if (effect->isPlaying())
-        effect->stop();
-    effect->play();
 }
 
 quint32 SystemClock::tickCount()

@@ -1,13 +1,12 @@
 #pragma once
 
 #include "platform/platform.h"
+#include "platform/qtsound.h" // the sound player lives on its own
 
 #include <QHash>
 #include <QPointer>
 
 #include <random>
-
-class QSoundEffect;
 
 namespace lexicove {
 
@@ -17,29 +16,6 @@ public:
                           const QString &title) override;
     QString input(QWidget *parent, const QString &prompt, const QString &title,
                   const QString &defaultText) override;
-};
-
-// Plays .wav files through QSoundEffect, each loaded once and kept ready so
-// that starting a sound never waits on the file. A missing file beeps.
-class QtSound final : public Sound {
-public:
-    QtSound();
-    ~QtSound() override;
-    QtSound(const QtSound &) = delete;
-    QtSound &operator=(const QtSound &) = delete;
-
-    // Loads the given files ahead of their first play.
-    void preload(const QStringList &paths);
-    void play(const QString &path) override;
-    // Stops and releases every effect; must run before the application object
-    // goes, or Qt's sample cache can deadlock at exit.
-    void shutdown();
-
-private:
-    QSoundEffect *effectFor(const QString &path);
-
-    QHash<QString, QSoundEffect *> m_effects; // null: the file is missing
-    QSoundEffect *m_current = nullptr;
 };
 
 class SystemClock final : public Clock {

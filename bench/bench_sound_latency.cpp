@@ -1,0 +1,265 @@
+// How long a move in the puzzle window holds up the player before its letter
+// is on its way: from the arrow key reaching the window to the real sound
+// player's play request returning, for bursts of 200 quick moves.
+//
+// The puzzle window and the sound player are the game's own (FrmSearch on a
+// 20 by 20 puzzle, QtSound with every sound of the game preloaded); only the
+// navigator is a stand-in, since no other window opens. Runs headless
+// (offscreen); with a sound server running, the letters are really played.
+//
+// Reports per move, over every burst: median_us, p99_us and max_us. The
+// manual time of an iteration is the sum of its 200 moves.
+//
+//   build/bench/bench_sound_latency [--benchmark_repetitions=N]
+
+#include "core/gamestate.h"
+#include "core/navigator.h"
+#include "platform/qtplatform.h"
+#include "play/frmlist.h"
+#include "play/frmsearch.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QKeyEvent>
+#include <QTableWidget>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <vector>
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using lexicove::GameState;
+
+constexpr int kSide = 20;
+constexpr int kBurst = 200;
+
+// The game's sounds: the build copies them beside the executable; from a
+// bench folder they are found in the source tree they are copied from.
+QString soundFolder()
+{
+    const QStringList candidates = {
+        QFileInfo(QStringLiteral(__FILE__)).absolutePath() + QStringLiteral("/../assets/sounds"),
+        QCoreApplication::applicationDirPath() + QStringLiteral("/../bin"),
+        QCoreApplication::applicationDirPath(),
+    };
+    for (const QString &folder : candidates) {
+        if (QFileInfo::exists(QDir(folder).filePath(QStringLiteral("a.wav"))))
+            return QDir(folder).absolutePath();
+    }
+    return QString();
+}
+
+class SoundFolderInfo final : public lexicove::SystemInfo {
+public:
+    explicit SoundFolderInfo(QString folder) : m_folder(std::move(folder)) {}
+    QString systemDirectory() override { return m_real.systemDirectory(); }
+    QString programFolder() override { return m_folder; }
+    QString wordListFolder() override { return m_folder; }
+
+private:
+    QString m_folder;
+    lexicove::QtSystemInfo m_real;
+};
+
+// The real player, with the moment each play request returns.
+class TimedSound final : public lexicove::Sound {
+public:
+    explicit TimedSound(lexicove::QtSound &real) : m_real(real) {}
+    void play(const QString &path) override
+    {
+        m_real.play(path);
+        returned = Clock::now();
+        ++plays;
+    }
+    Clock::time_point returned;
+    int plays = 0;
+
+private:
+    lexicove::QtSound &m_real;
+};
+
+// Nothing else opens during the bench.
+class StayNavigator final : public lexicove::Navigator {
+public:
+    void showMainMenu() override {}
+    bool openChooser() override { return false; }
+    bool openEditor() override { return false; }
+    bool openOptions() override { return false; }
+    bool openPuzzle() override { return false; }
+    lexicove::FrmList &listWindow() override { return m_list; }
+    void endProgram() override {}
+
+private:
+    lexicove::FrmList m_list;
+};
+
+struct Rig {
+    lexicove::QtSound sound;
+    TimedSound timed{sound};
+    lexicove::QtDialogs dialogs;
+    lexicove::SystemClock clock;
+    lexicove::SystemRandom random;
+    SoundFolderInfo system{soundFolder()};
+    lexicove::QtFiles files;
+    lexicove::Platform platform{dialogs, timed, clock, random, system, files};
+    StayNavigator navigator;
+    GameState state;
+};
+
+Rig *rig = nullptr;
+
+void fillPuzzle(GameState &state)
+{
+    state.rows = kSide;
+    state.columns = kSide;
+    for (int r = 1; r <= kSide; ++r)
+        for (int c = 1; c <= kSide; ++c)
+            state.grid[r][c] = QString(QChar(u'a' + (r * 7 + c * 3) % 26));
+    state.wordCount = 2;
+    state.words[1] = QStringLiteral("cat");
+    state.words[2] = QStringLiteral("dog");
+    state.letterCount = 6;
+}
+
+// The keys of a burst: along a row, down one, back along the next, so that
+// every key is a move.
+std::vector<Qt::Key> snake()
+{
+    std::vector<Qt::Key> keys;
+    int column = 0;
+    int step = 1;
+    while (static_cast<int>(keys.size()) < kBurst) {
+        if (column + step >= 0 && column + step < kSide) {
+            column += step;
+            keys.push_back(step > 0 ? Qt::Key_Right : Qt::Key_Left);
+        } else {
+            step = -step;
+            keys.push_back(Qt::Key_Down);
+        }
+    }
+    return keys;
+}
+
+void report(benchmark::State &state, std::vector<double> &micros)
+{
+    if (micros.empty())
+        return;
+    std::sort(micros.begin(), micros.end());
+    const auto at = [&](double fraction) {
+        const auto index = static_cast<size_t>(fraction * static_cast<double>(micros.size() - 1));
+        return micros[index];
+    };
+    state.counters["median_us"] = at(0.5);
+    state.counters["p99_us"] = at(0.99);
+    state.counters["max_us"] = micros.back();
+    state.counters["moves"] = static_cast<double>(micros.size());
+}
+
+void BM_KeyToSoundRequest(benchmark::State &state)
+{
+    fillPuzzle(rig->state);
+    lexicove::FrmSearch window(rig->state, rig->platform, rig->navigator);
+    window.Form_Load();
+    window.show();
+    window.activateWindow();
+    auto *grid = window.findChild<QTableWidget *>(QStringLiteral("flex"));
+    if (!grid) {
+        state.SkipWithError("the puzzle window has no grid named flex");
+        return;
+    }
+    QElapsedTimer shown;
+    shown.start();
+    while (shown.elapsed() < 200)
+        QCoreApplication::processEvents();
+
+    const std::vector<Qt::Key> keys = snake();
+    std::vector<double> micros;
+    micros.reserve(static_cast<size_t>(state.max_iterations) * kBurst);
+    for (auto _ : state) {
+        grid->setCurrentCell(0, 0);
+        QCoreApplication::processEvents();
+        double burst = 0;
+        for (const Qt::Key key : keys) {
+            const int before = rig->timed.plays;
+            QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
+            const auto start = Clock::now();
+            QApplication::sendEvent(grid, &press);
+            if (rig->timed.plays != before + 1) {
+                state.SkipWithError("a move did not ask for exactly one sound");
+                return;
+            }
+            const double took =
+                std::chrono::duration<double, std::micro>(rig->timed.returned - start).count();
+            micros.push_back(took);
+            burst += took;
+            QKeyEvent release(QEvent::KeyRelease, key, Qt::NoModifier);
+            QApplication::sendEvent(grid, &release);
+            // The rest of the event loop's turn (painting), outside the timing.
+            QCoreApplication::processEvents();
+        }
+        state.SetIterationTime(burst / 1e6);
+    }
+    report(state, micros);
+}
+BENCHMARK(BM_KeyToSoundRequest)->Iterations(20)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+// The play request alone, letters in turn, for comparison.
+void BM_PlayRequest(benchmark::State &state)
+{
+    const QString folder = rig->system.programFolder();
+    QStringList paths;
+    for (char letter = 'a'; letter <= 'z'; ++letter)
+        paths << lexicove::joinPath(folder, QString(QChar(letter)) + QStringLiteral(".wav"));
+    std::vector<double> micros;
+    micros.reserve(static_cast<size_t>(state.max_iterations) * kBurst);
+    for (auto _ : state) {
+        double burst = 0;
+        for (int i = 0; i < kBurst; ++i) {
+            const auto start = Clock::now();
+            rig->sound.play(paths[(i * 7) % paths.size()]);
+            const double took =
+                std::chrono::duration<double, std::micro>(Clock::now() - start).count();
+            micros.push_back(took);
+            burst += took;
+            QCoreApplication::processEvents();
+        }
+        state.SetIterationTime(burst / 1e6);
+    }
+    report(state, micros);
+}
+BENCHMARK(BM_PlayRequest)->Iterations(20)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    {
+        Rig bench;
+        rig = &bench;
+        if (bench.system.programFolder().isEmpty()) {
+            std::fprintf(stderr, "bench_sound_latency: the game's sounds were not found\n");
+            return 1;
+        }
+        bench.sound.preloadFolder(bench.system.programFolder());
+        if (!bench.sound.waitUntilIdle(5000))
+            std::fprintf(stderr, "bench_sound_latency: the sounds did not finish loading\n");
+        benchmark::RunSpecifiedBenchmarks();
+        bench.sound.shutdown();
+        rig = nullptr;
+    }
+    benchmark::Shutdown();
+    return 0;
+}

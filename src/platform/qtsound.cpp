@@ -1,0 +1,376 @@
+#include "platform/qtsound.h"
+
+#include <QApplication>
+#include <QAudioDevice>
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QFile>
+#include <QHash>
+#include <QMediaDevices>
+#include <QMutex>
+#include <QMutexLocker>
+#include <QSemaphore>
+#include <QSet>
+#include <QSoundEffect>
+#include <QThread>
+#include <QUrl>
+#include <QtEndian>
+
+#include <atomic>
+#include <optional>
+#include <utility>
+
+namespace lexicove {
+
+namespace {
+
+// How long the sound thread waits for files still loading before it lets go
+// of the effects, and how long shutdown() waits for the sound thread.
+constexpr int kLoadWaitMs = 1000;
+constexpr int kThreadWaitMs = 3000;
+// How long the sound thread lets the sound server answer the closing of its
+// streams before the program may end. Qt's PulseAudio engine is torn down at
+// exit without holding its main loop's lock, and crashes (about one exit in a
+// hundred) when a message from the server is being handled at that moment.
+constexpr int kSettleMs = 100;
+
+QString keyFor(const QString &path)
+{
+    QString key = QDir::cleanPath(QDir::fromNativeSeparators(path));
+#ifdef Q_OS_WIN
+    key = key.toLower(); // file names don't differ by case there
+#endif
+    return key;
+}
+
+QString folderOf(const QString &key)
+{
+    return key.left(key.lastIndexOf(QLatin1Char('/')));
+}
+
+// The system's default sound, made in the application's thread.
+void beep()
+{
+    if (QCoreApplication *app = QCoreApplication::instance())
+        QMetaObject::invokeMethod(app, [] { QApplication::beep(); }, Qt::QueuedConnection);
+}
+
+quint16 le16(const QByteArray &bytes, int at)
+{
+    return qFromLittleEndian<quint16>(bytes.constData() + at);
+}
+
+// Whether the file is a whole RIFF wave file of uncompressed samples. Qt's
+// loader waits for ever on a file cut short (its header promises bytes that
+// never come), and a sample that never loads makes releasing any effect hang;
+// such files are refused here and beep instead.
+bool isWholeWaveFile(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    const qint64 size = file.size();
+    const QByteArray riff = file.read(12);
+    if (riff.size() != 12 || !riff.startsWith("RIFF") || riff.mid(8, 4) != "WAVE")
+        return false;
+    bool formatKnown = false;
+    qint64 at = 12;
+    while (at + 8 <= size && file.seek(at)) {
+        const QByteArray chunk = file.read(8);
+        if (chunk.size() != 8)
+            return false;
+        const qint64 length = qFromLittleEndian<quint32>(chunk.constData() + 4);
+        if (chunk.startsWith("fmt ")) {
+            const QByteArray format = file.read(qMin<qint64>(length, 18));
+            if (format.size() < 16)
+                return false;
+            const quint16 tag = le16(format, 0);
+            const quint16 channels = le16(format, 2);
+            const quint16 bits = le16(format, 14);
+            const bool pcm = (tag == 1 || tag == 0xFFFE)
+                             && (bits == 8 || bits == 16 || bits == 24 || bits == 32);
+            const bool floats = tag == 3 && bits == 32;
+            formatKnown = (pcm || floats) && channels >= 1 && channels <= 8;
+        } else if (chunk.startsWith("data")) {
+            return formatKnown && length > 0 && at + 8 + length <= size;
+        }
+        at += 8 + length + (length & 1);
+    }
+    return false;
+}
+
+} // namespace
+
+// The part of the player that lives in the sound thread.
+//
+// m_sounds maps a file's cleaned path to what is known of it: whether it is
+// a whole wave file, and its effect (none when there is no audio device). An
+// effect cut off while it plays is replaced by a fresh one on the same file
+// (the samples are shared, so this costs no loading): on PulseAudio an effect
+// restarted after being stopped mid-sound stays silent for about 70 ms, one
+// never cut starts at once. finish() stops every effect and deletes them only
+// when none is still loading (releasing a sample while another loads can
+// deadlock in Qt's sample cache); otherwise they are left to the end of the
+// process.
+class SoundPlayer {
+public:
+    void preloadFolder(const QString &folder)
+    {
+        const QDir dir(folder);
+        const QStringList names =
+            dir.entryList({QStringLiteral("*.wav")}, QDir::Files | QDir::Readable, QDir::Name);
+        for (const QString &name : names)
+            soundFor(keyFor(dir.filePath(name)));
+        m_folders.insert(keyFor(dir.absolutePath()));
+    }
+
+    void preloadFile(const QString &key) { soundFor(key); }
+
+    // From the application's thread: the newest request not yet served
+    // replaces the one before, which it would cut off at once anyway.
+    // Returns whether the sound thread must be asked to serve.
+    bool request(const QString &path)
+    {
+        QMutexLocker lock(&m_requestMutex);
+        m_request = path;
+        return !std::exchange(m_servePosted, true);
+    }
+
+    void serve()
+    {
+        QMutexLocker lock(&m_requestMutex);
+        const std::optional<QString> request = std::exchange(m_request, std::nullopt);
+        m_servePosted = false;
+        lock.unlock();
+        if (request)
+            play(keyFor(*request));
+    }
+
+    void play(const QString &key)
+    {
+        cutOff();
+        const File &sound = soundFor(key);
+        if (!sound.playable || (sound.effect && sound.effect->status() == QSoundEffect::Error)) {
+            beep();
+        } else if (sound.effect) {
+            sound.effect->play(); // one still loading starts once it has loaded
+            m_current = key;
+            m_streamed = true;
+        }
+        ++handled;
+    }
+
+    bool anyLoading() const
+    {
+        for (const File &sound : m_sounds) {
+            if (sound.effect && sound.effect->status() == QSoundEffect::Loading)
+                return true;
+        }
+        return false;
+    }
+
+    // Runs this thread's events (the effects learn there that they have
+    // loaded) until nothing is loading or the deadline passes.
+    bool waitForLoads(QDeadlineTimer deadline)
+    {
+        while (anyLoading()) {
+            if (deadline.hasExpired())
+                return false;
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+            QThread::msleep(1);
+        }
+        return true;
+    }
+
+    void finish()
+    {
+        m_current.clear();
+        for (const File &sound : std::as_const(m_sounds)) {
+            if (sound.effect)
+                sound.effect->stop();
+        }
+        if (waitForLoads(QDeadlineTimer(kLoadWaitMs))) {
+            for (const File &sound : std::as_const(m_sounds))
+                delete sound.effect;
+        } else {
+            qWarning("Lexicove: a sound file is still loading; its sounds are left to the end "
+                     "of the program");
+        }
+        m_sounds.clear();
+        if (m_streamed)
+            QThread::msleep(kSettleMs);
+    }
+
+    std::atomic<int> effects{0};
+    std::atomic<int> handled{0};
+
+private:
+    struct File {
+        bool playable = false;          // a whole wave file
+        QSoundEffect *effect = nullptr; // none without an audio device
+    };
+
+    // Asked once: without an audio device QSoundEffect can't sound, and
+    // warns about it for every effect made.
+    bool hasAudioDevice()
+    {
+        if (!m_hasAudioDevice)
+            m_hasAudioDevice = !QMediaDevices::defaultAudioOutput().isNull();
+        return *m_hasAudioDevice;
+    }
+
+    static QSoundEffect *makeEffect(const QString &key)
+    {
+        auto *effect = new QSoundEffect;
+        // The samples are decoded in Qt's loading thread, once per file.
+        effect->setSource(QUrl::fromLocalFile(key));
+        return effect;
+    }
+
+    const File &soundFor(const QString &key)
+    {
+        auto found = m_sounds.find(key);
+        if (found != m_sounds.end())
+            return *found;
+        // A name not seen before: looked for once and remembered either way.
+        // In a folder loaded whole it can't exist.
+        File sound;
+        sound.playable = !m_folders.contains(folderOf(key)) && isWholeWaveFile(key);
+        if (sound.playable && hasAudioDevice()) {
+            sound.effect = makeEffect(key);
+            ++effects;
+        }
+        return *m_sounds.insert(key, sound);
+    }
+
+    // Stops the sound still playing, if any.
+    void cutOff()
+    {
+        if (m_current.isEmpty())
+            return;
+        const QString key = std::exchange(m_current, QString());
+        File &sound = m_sounds[key];
+        if (!sound.effect->isPlaying())
+            return; // it ended by itself and can start again at once
+        QSoundEffect *old = sound.effect;
+        old->stop();
+        // The new effect holds the samples before the old one lets go of
+        // them, so they are never released (and reloaded) on the way.
+        sound.effect = makeEffect(key);
+        delete old;
+    }
+
+    QHash<QString, File> m_sounds;
+    QSet<QString> m_folders; // loaded whole; cleaned paths
+    QString m_current;       // the file of the effect last started
+    std::optional<bool> m_hasAudioDevice;
+    bool m_streamed = false; // an effect has been started on an audio device
+
+    QMutex m_requestMutex; // guards the two below
+    std::optional<QString> m_request;
+    bool m_servePosted = false;
+};
+
+QtSound::QtSound() : m_player(std::make_unique<SoundPlayer>())
+{
+    m_thread = new QThread;
+    m_thread->setObjectName(QStringLiteral("Lexicove sound"));
+    m_context = new QObject;
+    m_context->moveToThread(m_thread);
+    m_thread->start(QThread::HighPriority);
+}
+
+QtSound::~QtSound()
+{
+    shutdown();
+}
+
+void QtSound::shutdown()
+{
+    if (m_shutDown)
+        return;
+    m_shutDown = true;
+    SoundPlayer *player = m_player.get();
+    QMetaObject::invokeMethod(
+        m_context,
+        [player] {
+            player->finish();
+            QThread::currentThread()->quit();
+        },
+        Qt::QueuedConnection);
+    if (m_thread->wait(QDeadlineTimer(kThreadWaitMs))) {
+        delete m_context;
+        delete m_thread;
+        m_player.reset();
+    } else {
+        // The sound thread is stuck in the audio system. Deleting it would
+        // abort the program; leave it to the end of the process instead.
+        qWarning("Lexicove: the sound thread did not end; the program ends without it");
+        (void)m_player.release();
+    }
+    m_context = nullptr;
+    m_thread = nullptr;
+}
+
+void QtSound::preloadFolder(const QString &folder)
+{
+    if (m_shutDown)
+        return;
+    SoundPlayer *player = m_player.get();
+    QMetaObject::invokeMethod(
+        m_context, [player, folder] { player->preloadFolder(folder); }, Qt::QueuedConnection);
+}
+
+void QtSound::preload(const QStringList &paths)
+{
+    if (m_shutDown)
+        return;
+    SoundPlayer *player = m_player.get();
+    QMetaObject::invokeMethod(
+        m_context,
+        [player, paths] {
+            for (const QString &path : paths)
+                player->preloadFile(keyFor(path));
+        },
+        Qt::QueuedConnection);
+}
+
+void QtSound::play(const QString &path)
+{
+    if (m_shutDown)
+        return;
+    SoundPlayer *player = m_player.get();
+    if (player->request(path))
+        QMetaObject::invokeMethod(m_context, [player] { player->serve(); }, Qt::QueuedConnection);
+}
+
+bool QtSound::waitUntilIdle(int timeoutMs)
+{
+    if (m_shutDown)
+        return true;
+    const QDeadlineTimer deadline(timeoutMs);
+    // Shared, so that a sound thread that answers after the timeout finds it.
+    auto done = std::make_shared<QSemaphore>();
+    auto loaded = std::make_shared<std::atomic<bool>>(false);
+    SoundPlayer *player = m_player.get();
+    QMetaObject::invokeMethod(
+        m_context,
+        [player, done, loaded, deadline] {
+            *loaded = player->waitForLoads(deadline);
+            done->release();
+        },
+        Qt::QueuedConnection);
+    return done->tryAcquire(1, qMax<qint64>(0, deadline.remainingTime())) && *loaded;
+}
+
+int QtSound::effectCount() const
+{
+    return m_player ? m_player->effects.load() : 0;
+}
+
+int QtSound::handledCount() const
+{
+    return m_player ? m_player->handled.load() : 0;
+}
+
+} // namespace lexicove
