@@ -1,11 +1,16 @@
 #pragma once
 
 // Puzzles for the play tests, written straight into a game state as the
-// options window would leave it.
+// options window would leave it, and a puzzle window opened on one and played
+// from the keyboard on the scripted platform.
 
 #include "core/gamestate.h"
+#include "keys.h"
+#include "play/frmsearch.h"
+#include "windowrig.h"
 
 #include <QStringList>
+#include <QTableWidget>
 
 namespace lexicove::test {
 
@@ -24,17 +29,15 @@ inline void SetPuzzle(GameState &state, const QStringList &rows, const QStringLi
         state.words[i] = words[i - 1];
         state.letterCount += static_cast<qint32>(words[i - 1].size());
     }
-    state.allowHorizontal = true;
-    state.allowVertical = true;
-    state.allowDiagonal = true;
+    state.allowHorizontal = state.allowVertical = state.allowDiagonal = true;
     state.timeLimit = timeLimit;
     state.hideWords = hideWords;
 }
 
-// A side x side grid of one letter everywhere.
-inline QStringList PlainRows(int side, QChar letter = QLatin1Char('z'))
+// 5 x 5 with a different letter in every cell: a sound or a run tells the cells.
+inline QStringList Alphabet()
 {
-    return QStringList(side, QString(side, letter));
+    return {"abcde", "fghij", "klmno", "pqrst", "uvwxy"};
 }
 
 inline const QString kSameCellMessage = QStringLiteral(
@@ -55,4 +58,78 @@ inline QString FoundMessage(const QString &word)
     return QStringLiteral("Correct! You found the word %1!").arg(word);
 }
 
+// A grid cell, rows and columns from 1.
+struct Cell {
+    int row;
+    int column;
+    bool operator==(const Cell &) const = default;
+};
+
+inline char *toString(const Cell &cell)
+{
+    return QTest::toString(QStringLiteral("(%1, %2)").arg(cell.row).arg(cell.column));
+}
+
+// A puzzle window on the scripted platform, played by keys.
+struct PuzzleRig : WindowRig<FrmSearch> {
+    ~PuzzleRig()
+    {
+        QVERIFY2(fp.dialogs.unexpected.isEmpty(), qPrintable(fp.dialogs.unexpected.join('|')));
+    }
+
+    // Opens the window on the game state as it is.
+    using WindowRig::open;
+    // Opens the window on a new puzzle; true once the grid has the focus.
+    bool open(const QStringList &rows, const QStringList &words, qint32 timeLimit = 0,
+              bool hideWords = false)
+    {
+        SetPuzzle(state, rows, words, timeLimit, hideWords);
+        return open() && focused() == grid();
+    }
+
+    QTableWidget *grid() const
+    {
+        return window->findChild<QTableWidget *>(QStringLiteral("flex"));
+    }
+    Cell cursor() const { return {grid()->currentRow() + 1, grid()->currentColumn() + 1}; }
+
+    void moveTo(Cell cell)
+    {
+        for (int step = 0; step < 20 && cursor() != cell; ++step) {
+            const Cell at = cursor();
+            if (at.row != cell.row)
+                press(at.row < cell.row ? Qt::Key_Down : Qt::Key_Up);
+            else
+                press(at.column < cell.column ? Qt::Key_Right : Qt::Key_Left);
+        }
+        QCOMPARE(cursor(), cell);
+    }
+
+    // Space on each cell in turn, moving there by the arrow keys: the sounds
+    // (file names) and the messages the presses gave, in order.
+    QStringList mark(const QList<Cell> &cells)
+    {
+        QStringList heard;
+        qsizetype seen = 0;
+        const auto newSounds = [&] {
+            heard += fp.sound.names().mid(seen);
+            seen = fp.sound.played.size();
+        };
+        fp.dialogs.onShow = [&](const ShownDialog &shown) {
+            newSounds();
+            heard.append(shown.prompt);
+        };
+        for (const Cell &cell : cells) {
+            moveTo(cell);
+            seen = fp.sound.played.size();
+            press(Qt::Key_Space);
+            newSounds();
+        }
+        fp.dialogs.onShow = nullptr;
+        return heard;
+    }
+};
+
 } // namespace lexicove::test
+
+Q_DECLARE_METATYPE(lexicove::test::Cell)

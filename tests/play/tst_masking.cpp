@@ -1,6 +1,8 @@
+#include "play/frmlist.h"
 #include "play/masking.h"
 #include "puzzles.h"
 
+#include <QListWidget>
 #include <QtTest>
 
 using namespace lexicove;
@@ -10,67 +12,74 @@ class TestMasking : public QObject {
     Q_OBJECT
 
 private slots:
-    void masks_data();
-    void masks();
-    void plainListLeavesOutFoundWords();
-    void maskedListShowsLengthsOnly();
-    void slotsAboveTheCountAreNotListed();
+    void wordsToFind_data();
+    void wordsToFind();
+    void hiddenWordsMasked();
 };
 
-void TestMasking::masks_data()
+void TestMasking::wordsToFind_data()
 {
-    QTest::addColumn<QString>("word");
-    QTest::addColumn<QString>("masked");
-    QTest::addColumn<QString>("spaced");
-    QTest::newRow("three letters") << "cat" << "xxx" << "x x x ";
-    QTest::newRow("one letter") << "a" << "x" << "x ";
-    QTest::newRow("accented") << QStringLiteral("caf\u00e9") << "xxxx" << "x x x x ";
-    QTest::newRow("empty") << "" << "" << "";
+    QTest::addColumn<bool>("closeBox");
+    QTest::newRow("Escape") << false;
+    QTest::newRow("close box") << true;
 }
 
-// MaskWord gives one "x" per character, MaskWordSpaced one "x " per character.
-void TestMasking::masks()
+// Ctrl+W lists the words still to find in slot order, the first selected and focused, in place of the puzzle; leaving the list brings the puzzle back as it was; with every word found it says so and shows no list.
+void TestMasking::wordsToFind()
 {
-    QFETCH(QString, word);
-    QFETCH(QString, masked);
-    QFETCH(QString, spaced);
-    QCOMPARE(MaskWord(word), masked);
-    QCOMPARE(MaskWordSpaced(word), spaced);
-    QCOMPARE(MaskWordSpaced(word).size(), 2 * word.size());
+    QFETCH(bool, closeBox);
+    PuzzleRig rig;
+    SetPuzzle(rig.state, Alphabet(), {"abc", "fgh", "klm", "pqr"}); // an earlier, longer list
+    QVERIFY(rig.open(Alphabet(), {"abc", "fgh", "klm"}));
+    rig.mark({{2, 1}, {2, 3}, {1, 3}}); // "fgh" found, a mark pending at the end of "abc"
+    rig.fp.dialogs.clear();
+    rig.fp.sound.played.clear();
+
+    press(Qt::Key_W, Qt::ControlModifier);
+    FrmList &list = rig.navigator.listWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&list));
+    QVERIFY(!rig.window->isVisible());
+    QCOMPARE(list.windowTitle(), QStringLiteral("Word List - Words Remaining"));
+    auto *entries = list.findChild<QListWidget *>(QStringLiteral("lstList"));
+    QCOMPARE(focused(), entries);
+    QCOMPARE(entriesOf(entries), (QStringList{"abc", "klm"}));
+    QVERIFY(entries->item(0)->isSelected());
+    press(Qt::Key_Down);
+    if (closeBox)
+        QVERIFY(!list.close());
+    else
+        press(Qt::Key_Escape);
+
+    QVERIFY(QTest::qWaitForWindowActive(rig.window));
+    QVERIFY(!list.isVisible());
+    QCOMPARE(focused(), rig.grid());
+    QCOMPARE(rig.cursor(), (Cell{1, 3}));
+    QCOMPARE(rig.fp.sound.names(), QStringList{});
+    QCOMPARE(rig.mark({{1, 1}}), QStringList{FoundMessage("abc")});
+
+    rig.mark({{3, 1}, {3, 3}});
+    rig.fp.dialogs.clear();
+    press(Qt::Key_W, Qt::ControlModifier);
+    QCOMPARE(rig.fp.dialogs.prompts(), QStringList{"You've found all the words!"});
+    QVERIFY(!list.isVisible());
+    QCOMPARE(focused(), rig.grid());
 }
 
-// The list holds the words not yet found, in slot order.
-void TestMasking::plainListLeavesOutFoundWords()
+// With hidden words each word still to find is listed as "x " per letter, so words of one length look alike; printed pages get one "x" per letter.
+void TestMasking::hiddenWordsMasked()
 {
-    GameState state;
-    SetPuzzle(state, PlainRows(5), {"elephant", "tiger", "ant", "cat"});
-    WordFoundFlags found{};
-    QCOMPARE(WordsToFind(state, found), (QStringList{"elephant", "tiger", "ant", "cat"}));
-    found[2] = true;
-    QCOMPARE(WordsToFind(state, found), (QStringList{"elephant", "ant", "cat"}));
-    found[1] = found[3] = found[4] = true;
-    QCOMPARE(WordsToFind(state, found), QStringList{});
+    PuzzleRig rig;
+    QVERIFY(rig.open(Alphabet(), {"abcde", "fgh", "klm"}, 0, true));
+    rig.mark({{2, 1}, {2, 3}});
+    press(Qt::Key_W, Qt::ControlModifier);
+    FrmList &list = rig.navigator.listWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&list));
+    QCOMPARE(entriesOf(list.findChild<QListWidget *>(QStringLiteral("lstList"))),
+             (QStringList{"x x x x x ", "x x x "}));
+    press(Qt::Key_Escape);
+    QVERIFY(QTest::qWaitForWindowActive(rig.window));
+    QCOMPARE(MaskWord("abc"), QStringLiteral("xxx"));
 }
 
-// With hidden words each entry is "x " per letter, so words of one length look alike.
-void TestMasking::maskedListShowsLengthsOnly()
-{
-    GameState state;
-    SetPuzzle(state, PlainRows(5), {"tiger", "cat", "dog"}, 0, true);
-    WordFoundFlags found{};
-    found[1] = true;
-    QCOMPARE(WordsToFind(state, found), (QStringList{"x x x ", "x x x "}));
-}
-
-// Words an earlier, longer list left above wordCount are never listed.
-void TestMasking::slotsAboveTheCountAreNotListed()
-{
-    GameState state;
-    SetPuzzle(state, PlainRows(5), {"one", "two", "three", "four"});
-    SetPuzzle(state, PlainRows(5), {"ant", "bee"});
-    QCOMPARE(state.words[3], QStringLiteral("three"));
-    QCOMPARE(WordsToFind(state, WordFoundFlags{}), (QStringList{"ant", "bee"}));
-}
-
-QTEST_GUILESS_MAIN(TestMasking)
+QTEST_MAIN(TestMasking)
 #include "tst_masking.moc"

@@ -35,6 +35,16 @@ struct WindowRig {
         return QTest::qWaitForWindowActive(window);
     }
 
+    // Every scripted box moves the focus to the named control while it is up,
+    // as a real box takes it from the window; the window must give it back.
+    void messagesTakeFocus(const QString &name = QStringLiteral("cmdCancel"))
+    {
+        fp.dialogs.onShow = [this, name](const ShownDialog &) {
+            if (QWidget *control = window ? window->template findChild<QWidget *>(name) : nullptr)
+                control->setFocus();
+        };
+    }
+
     FakePlatform fp;
     GameState state;
     FakeNavigator navigator;
