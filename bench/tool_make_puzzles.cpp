@@ -18,7 +18,11 @@
 //   --trace        print each puzzle's search nodes, restarts and whether the
 //                  clock ended it to standard error
 //   --restart-ms X, --give-up-ms Y   the search's time limits
+//   --most-steps N the search's step backstop (for long exact checks)
 //   --plain        search without recognising dead ends early (to compare)
+//   --cpu-clock    time the search's limits by this thread's CPU time instead
+//                  of the steady clock, so that a busy machine does not
+//                  trigger restarts (the game uses the steady clock)
 
 #include "core/gamestate.h"
 #include "platform/qtplatform.h"
@@ -103,6 +107,7 @@ int main(int argc, char **argv)
     long long repeat = 1;
     bool summary = false;
     bool trace = false;
+    bool cpuClock = false;
     PlacementLimits limits;
     for (int i = 1; i < argc; ++i) {
         const std::string arg = argv[i];
@@ -121,16 +126,21 @@ int main(int argc, char **argv)
             summary = true;
         else if (arg == "--trace")
             trace = true;
+        else if (arg == "--cpu-clock")
+            cpuClock = true;
         else if (arg == "--plain")
             limits.pruneDeadEnds = false;
         else if (arg == "--restart-ms")
             limits.restartAfterMs = std::atof(value("--restart-ms"));
+        else if (arg == "--most-steps")
+            limits.mostSteps = std::atoll(value("--most-steps"));
         else if (arg == "--give-up-ms")
             limits.giveUpAfterMs = std::atof(value("--give-up-ms"));
         else {
             std::fprintf(stderr,
-                         "usage: %s [--seed N] [--repeat K] [--summary] [--restart-ms X]"
-                         " [--give-up-ms Y] < lists\n",
+                         "usage: %s [--seed N] [--repeat K] [--summary] [--trace] [--plain]"
+                         " [--cpu-clock] [--restart-ms X] [--give-up-ms Y] [--most-steps N]"
+                         " < lists\n",
                          argv[0]);
             return 2;
         }
@@ -155,7 +165,10 @@ int main(int argc, char **argv)
             const double start = cpuMilliseconds();
             // A placer for each puzzle, as the options window makes one for
             // each OK.
-            WordPlacer placer(*state, random, WordPlacer::TimeSource(), limits);
+            WordPlacer placer(*state, random,
+                              cpuClock ? WordPlacer::TimeSource(cpuMilliseconds)
+                                       : WordPlacer::TimeSource(),
+                              limits);
             placer.ClearPuzzle();
             placer.PlaceWord(1);
             const bool ok = placer.placementStatus() == PlacementStatus::Complete;
