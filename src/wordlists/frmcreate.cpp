@@ -45,6 +45,8 @@ FrmCreate::FrmCreate(GameState &state, Platform &platform, Navigator &navigator)
 {
     setObjectName(QStringLiteral("frmCreate"));
     setWindowTitle(QStringLiteral("Lexicove - Enter Words"));
+    // Wide enough that the title bar shows the whole title.
+    setMinimumWidth(fontMetrics().horizontalAdvance(windowTitle()) + 160);
 
     lstWords = new QListWidget(this);
     lstWords->setObjectName(QStringLiteral("lstWords"));

@@ -33,6 +33,8 @@ FrmWords::FrmWords(GameState &state, Platform &platform, Navigator &navigator)
 {
     setObjectName(QStringLiteral("frmWords"));
     setWindowTitle(QStringLiteral("Lexicove - Select Word List"));
+    // Wide enough that the title bar shows the whole title.
+    setMinimumWidth(fontMetrics().horizontalAdvance(windowTitle()) + 160);
 
     lstWords = new QListWidget(this);
     lstWords->setObjectName(QStringLiteral("lstWords"));
