@@ -1,5 +1,6 @@
 #include "core/frmchoose.h"
 
+#include "core/controls.h"
 #include "core/gamestate.h"
 #include "core/navigator.h"
 #include "platform/platform.h"
@@ -27,19 +28,10 @@ FrmChoose::FrmChoose(GameState &state, Platform &platform, Navigator &navigator)
     setObjectName(QStringLiteral("frmChoose"));
     setWindowTitle(QStringLiteral("Lexicove - Select Option"));
 
-    lstStyle = new QListWidget(this);
-    lstStyle->setObjectName(QStringLiteral("lstStyle"));
-    lstStyle->setAccessibleName(QStringLiteral("Options"));
-    lstStyle->setSelectionMode(QAbstractItemView::SingleSelection);
-
-    cmdOK = new QPushButton(QStringLiteral("&OK"), this);
-    cmdOK->setObjectName(QStringLiteral("cmdOK"));
-    cmdOK->setAccessibleName(QStringLiteral("OK"));
+    lstStyle = makeList(this, QStringLiteral("lstStyle"), QStringLiteral("Options"));
+    cmdOK = makeButton(this, QStringLiteral("cmdOK"), QStringLiteral("&OK"));
     cmdOK->setDefault(true);
-
-    cmdExit = new QPushButton(QStringLiteral("E&xit"), this);
-    cmdExit->setObjectName(QStringLiteral("cmdExit"));
-    cmdExit->setAccessibleName(QStringLiteral("Exit"));
+    cmdExit = makeButton(this, QStringLiteral("cmdExit"), QStringLiteral("E&xit"));
 
     auto *buttons = new QHBoxLayout;
     buttons->addWidget(cmdOK);

@@ -1,5 +1,7 @@
 #include "play/frmlist.h"
 
+#include "core/controls.h"
+
 #include <QCloseEvent>
 #include <QListWidget>
 #include <QPushButton>
@@ -10,14 +12,9 @@ namespace lexicove {
 FrmList::FrmList()
 {
     setObjectName(QStringLiteral("frmList"));
-    lstList = new QListWidget(this);
-    lstList->setObjectName(QStringLiteral("lstList"));
-    lstList->setAccessibleName(QStringLiteral("List"));
-    lstList->setSelectionMode(QAbstractItemView::SingleSelection);
+    lstList = makeList(this, QStringLiteral("lstList"), QStringLiteral("List"));
 
-    cmdOK = new QPushButton(QStringLiteral("&OK"), this);
-    cmdOK->setObjectName(QStringLiteral("cmdOK"));
-    cmdOK->setAccessibleName(QStringLiteral("OK"));
+    cmdOK = makeButton(this, QStringLiteral("cmdOK"), QStringLiteral("&OK"));
     cmdOK->setDefault(true);
 
     auto *layout = new QVBoxLayout(this);

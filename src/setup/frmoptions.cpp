@@ -1,5 +1,7 @@
 #include "setup/frmoptions.h"
 
+#include "core/controls.h"
+
 #include "core/gamestate.h"
 #include "platform/platform.h"
 #include "setup/numberreader.h"
@@ -31,32 +33,6 @@ struct NumberQuestion {
     qint64 minimum;
     qint64 maximum;
 };
-
-// A caption's text as a screen reader should say it: without the access key
-// marker.
-QString spoken(const QString &caption)
-{
-    QString text = caption;
-    return text.remove(QLatin1Char('&'));
-}
-
-QPushButton *makeButton(QWidget *parent, const QString &name, const QString &caption)
-{
-    auto *button = new QPushButton(caption, parent);
-    button->setObjectName(name);
-    button->setAccessibleName(spoken(caption));
-    return button;
-}
-
-QCheckBox *makeCheckBox(QWidget *parent, const QString &name, const QString &caption,
-                        bool checked)
-{
-    auto *box = new QCheckBox(caption, parent);
-    box->setObjectName(name);
-    box->setAccessibleName(spoken(caption));
-    box->setChecked(checked);
-    return box;
-}
 
 void setCaption(QPushButton *button, const QString &caption)
 {

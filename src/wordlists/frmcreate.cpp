@@ -1,5 +1,7 @@
 #include "wordlists/frmcreate.h"
 
+#include "core/controls.h"
+
 #include "core/gamestate.h"
 #include "wordlists/wordlists.h"
 
@@ -30,14 +32,6 @@ const QString kInvalidNamePrompt =
 const QString kSaveTitle = QStringLiteral("Save");
 const QString kSaved = QStringLiteral("Your word list has been saved");
 
-QPushButton *makeButton(const QString &caption, const QString &name, QWidget *parent)
-{
-    auto *button = new QPushButton(caption, parent);
-    button->setObjectName(name);
-    button->setAccessibleName(QString(caption).remove(u'&'));
-    return button;
-}
-
 } // namespace
 
 FrmCreate::FrmCreate(GameState &state, Platform &platform, Navigator &navigator)
@@ -48,21 +42,18 @@ FrmCreate::FrmCreate(GameState &state, Platform &platform, Navigator &navigator)
     // Wide enough that the title bar shows the whole title.
     setMinimumWidth(fontMetrics().horizontalAdvance(windowTitle()) + 160);
 
-    lstWords = new QListWidget(this);
-    lstWords->setObjectName(QStringLiteral("lstWords"));
-    lstWords->setAccessibleName(QStringLiteral("Words in the list"));
-    lstWords->setSelectionMode(QAbstractItemView::SingleSelection);
+    lstWords = makeList(this, QStringLiteral("lstWords"), QStringLiteral("Words in the list"));
     watchDeleteKey(lstWords);
 
     txtWord = new QLineEdit(this);
     txtWord->setObjectName(QStringLiteral("txtWord"));
     txtWord->setAccessibleName(QStringLiteral("New word"));
 
-    cmdAdd = makeButton(QStringLiteral("&Add"), QStringLiteral("cmdAdd"), this);
+    cmdAdd = makeButton(this, QStringLiteral("cmdAdd"), QStringLiteral("&Add"));
     cmdAdd->setDefault(true);
-    cmdRemove = makeButton(QStringLiteral("&Remove"), QStringLiteral("cmdRemove"), this);
-    cmdSave = makeButton(QStringLiteral("&Save"), QStringLiteral("cmdSave"), this);
-    cmdCancel = makeButton(QStringLiteral("&Cancel"), QStringLiteral("cmdCancel"), this);
+    cmdRemove = makeButton(this, QStringLiteral("cmdRemove"), QStringLiteral("&Remove"));
+    cmdSave = makeButton(this, QStringLiteral("cmdSave"), QStringLiteral("&Save"));
+    cmdCancel = makeButton(this, QStringLiteral("cmdCancel"), QStringLiteral("&Cancel"));
 
     auto *editRow = new QHBoxLayout;
     editRow->addWidget(cmdAdd);

@@ -1,5 +1,7 @@
 #include "wordlists/frmwords.h"
 
+#include "core/controls.h"
+
 #include "core/gamestate.h"
 #include "wordlists/wordlists.h"
 
@@ -36,20 +38,12 @@ FrmWords::FrmWords(GameState &state, Platform &platform, Navigator &navigator)
     // Wide enough that the title bar shows the whole title.
     setMinimumWidth(fontMetrics().horizontalAdvance(windowTitle()) + 160);
 
-    lstWords = new QListWidget(this);
-    lstWords->setObjectName(QStringLiteral("lstWords"));
-    lstWords->setAccessibleName(QStringLiteral("Word lists"));
-    lstWords->setSelectionMode(QAbstractItemView::SingleSelection);
+    lstWords = makeList(this, QStringLiteral("lstWords"), QStringLiteral("Word lists"));
     watchDeleteKey(lstWords);
 
-    cmdOK = new QPushButton(QStringLiteral("&OK"), this);
-    cmdOK->setObjectName(QStringLiteral("cmdOK"));
-    cmdOK->setAccessibleName(QStringLiteral("OK"));
+    cmdOK = makeButton(this, QStringLiteral("cmdOK"), QStringLiteral("&OK"));
     cmdOK->setDefault(true);
-
-    cmdCancel = new QPushButton(QStringLiteral("&Cancel"), this);
-    cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
-    cmdCancel->setAccessibleName(QStringLiteral("Cancel"));
+    cmdCancel = makeButton(this, QStringLiteral("cmdCancel"), QStringLiteral("&Cancel"));
 
     auto *buttons = new QHBoxLayout;
     buttons->addWidget(cmdOK);
