@@ -124,8 +124,6 @@ public:
         m_folders.insert(keyFor(dir.absolutePath()));
     }
 
-    void preloadFile(const QString &key) { soundFor(key); }
-
     // From the application's thread: the newest request not yet served
     // replaces the one before, which it would cut off at once anyway.
     // Returns whether the sound thread must be asked to serve.
@@ -201,7 +199,6 @@ public:
             QThread::msleep(kSettleMs);
     }
 
-    std::atomic<int> effects{0};
     std::atomic<int> handled{0};
 
 private:
@@ -236,10 +233,8 @@ private:
         // In a folder loaded whole it can't exist.
         File sound;
         sound.playable = !m_folders.contains(folderOf(key)) && isWholeWaveFile(key);
-        if (sound.playable && hasAudioDevice()) {
+        if (sound.playable && hasAudioDevice())
             sound.effect = makeEffect(key);
-            ++effects;
-        }
         return *m_sounds.insert(key, sound);
     }
 
@@ -321,20 +316,6 @@ void QtSound::preloadFolder(const QString &folder)
         m_context, [player, folder] { player->preloadFolder(folder); }, Qt::QueuedConnection);
 }
 
-void QtSound::preload(const QStringList &paths)
-{
-    if (m_shutDown)
-        return;
-    SoundPlayer *player = m_player.get();
-    QMetaObject::invokeMethod(
-        m_context,
-        [player, paths] {
-            for (const QString &path : paths)
-                player->preloadFile(keyFor(path));
-        },
-        Qt::QueuedConnection);
-}
-
 void QtSound::play(const QString &path)
 {
     if (m_shutDown)
@@ -361,11 +342,6 @@ bool QtSound::waitUntilIdle(int timeoutMs)
         },
         Qt::QueuedConnection);
     return done->tryAcquire(1, qMax<qint64>(0, deadline.remainingTime())) && *loaded;
-}
-
-int QtSound::effectCount() const
-{
-    return m_player ? m_player->effects.load() : 0;
 }
 
 int QtSound::handledCount() const

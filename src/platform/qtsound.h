@@ -38,8 +38,6 @@ public:
     // Loads every .wav file of folder, in the sound thread, ahead of its
     // first play. Any other name in that folder is then known to be missing.
     void preloadFolder(const QString &folder);
-    // Loads the given files ahead of their first play.
-    void preload(const QStringList &paths);
 
     // Returns at once; the sound starts in the sound thread.
     void play(const QString &path) override;
@@ -55,9 +53,7 @@ public:
     // handled every request posted so far and every effect has finished
     // loading, or until timeoutMs passes. Returns false on a timeout.
     bool waitUntilIdle(int timeoutMs);
-    // For the tests and the benchmark: how many files have an effect, and
-    // how many requests the sound thread has handled.
-    int effectCount() const;
+    // For the tests: how many requests the sound thread has handled.
     int handledCount() const;
 
 private:
