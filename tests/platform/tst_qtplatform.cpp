@@ -13,25 +13,12 @@ class TestQtPlatform : public QObject {
     Q_OBJECT
 
 private slots:
-    void joinsPathsWithTheNativeSeparator();
     void textIsEightBitUnlessValidUtf8();
     void listsWordListsByExtensionInAnyCaseSortedWithoutCase();
     void writesReplaceWholeOrNotAtAll();
     void readAndRemoveReportTheReason();
     void randomValuesLieInTheUnitIntervalAndRepeatForASeed();
-    void wholeNumberDrawsFollowIntOfRTimesNPlusOne();
-    void systemFolderIsFound();
 };
-
-void TestQtPlatform::joinsPathsWithTheNativeSeparator()
-{
-    // A path is the folder, one separator, and the name; a folder that already
-    // ends with a separator gets no second one.
-    const QString sep = QDir::separator();
-    QCOMPARE(joinPath(QStringLiteral("/games/lexicove"), QStringLiteral("cat.wds")),
-             QDir::toNativeSeparators(QStringLiteral("/games/lexicove")) + sep + "cat.wds");
-    QCOMPARE(joinPath(QStringLiteral("/"), QStringLiteral("a.wav")), sep + "a.wav");
-}
 
 void TestQtPlatform::textIsEightBitUnlessValidUtf8()
 {
@@ -135,26 +122,6 @@ void TestQtPlatform::randomValuesLieInTheUnitIntervalAndRepeatForASeed()
     }
     QVERIFY(differs);
     QVERIFY(qAbs(sum / 10000 - 0.5) < 0.02);
-}
-
-void TestQtPlatform::wholeNumberDrawsFollowIntOfRTimesNPlusOne()
-{
-    // A whole number from 1 to n is Int(r * n) + 1, Int rounding down.
-    FakeRandom random;
-    random.script = {0.0, 0.3333, 1.0 / 3.0, 0.9999999, 0.5};
-    QCOMPARE(random.draw(3), 1);
-    QCOMPARE(random.draw(3), 1);
-    QCOMPARE(random.draw(3), 2);
-    QCOMPARE(random.draw(3), 3);
-    QCOMPARE(random.draw(2), 2);
-}
-
-void TestQtPlatform::systemFolderIsFound()
-{
-    // The start-up check needs the system folder; on this machine it exists.
-    QtSystemInfo system;
-    QVERIFY(system.systemDirectory().size() >= 3);
-    QVERIFY(QFileInfo(system.systemDirectory()).isDir());
 }
 
 QTEST_MAIN(TestQtPlatform)
