@@ -1,182 +1,284 @@
-#include "puzzles.h"
+#include "keys.h"
+#include "play/frmsearch.h"
+#include "windowrig.h"
 
-#include <QMenu>
+#include <QListWidget>
 #include <QtTest>
 
 using namespace lexicove;
 using namespace lexicove::test;
 
 namespace {
-const QString kExitQuestion = QStringLiteral("Really exit this word search?");
+
+using Cell = std::pair<int, int>; // row, column, from 1
+
+// 5 x 5 with a different letter in every cell: a sound or a run tells the cells.
+const QStringList kAlphabet = {"abcde", "fghij", "klmno", "pqrst", "uvwxy"};
+const QString kMark = QStringLiteral("mark.wav");
+const QString kExit = QStringLiteral("Really exit this word search?");
+const QString kSameCell = QStringLiteral(
+    "You didn't select any letters. Move to the first letter in the word you have found, and "
+    "press spacebar. Then, move to the last letter of the word, and press spacebar again. You "
+    "will be notified if you have correctly found a word, at which point it will be removed from "
+    "the list of words that you must find. If you did not correctly find a word, a buzzer will "
+    "notify you and you may continue searching through the puzzle and marking a new word.");
+const QString kNotInLine = QStringLiteral("You have not selected a valid word. Only vertical, "
+                                          "horizontal, or diagonal selections are allowed.");
+const QString kAllFound = QStringLiteral(
+    "You found all the words! Nice work! You may press escape to quit this puzzle, or use one of "
+    "the options in the puzzle menu to save, print, or braille this puzzle. Thanks for playing!");
+
+const auto Found = [](const QString &word) { return "Correct! You found the word " + word + "!"; };
+
+struct PuzzleRig : WindowRig<FrmSearch> {
+    ~PuzzleRig()
+    {
+        QVERIFY2(fp.dialogs.unexpected.isEmpty(), qPrintable(fp.dialogs.unexpected.join('|')));
+    }
+
+    // A 5 x 5 puzzle, one text per row; true once the grid has the focus.
+    bool open(const QStringList &rows, const QStringList &words, qint32 timeLimit = 0,
+              bool hide = false)
+    {
+        state.rows = state.columns = 5;
+        for (int r = 1; r <= 5; ++r)
+            for (int c = 1; c <= 5; ++c)
+                state.grid[r][c] = rows[r - 1].mid(c - 1, 1);
+        state.wordCount = static_cast<qint32>(words.size());
+        for (int i = 1; i <= state.wordCount; ++i)
+            state.words[i] = words[i - 1];
+        state.timeLimit = timeLimit;
+        state.hideWords = hide;
+        return WindowRig::open() && focused() == grid();
+    }
+    QTableWidget *grid() const { return window->findChild<QTableWidget *>(QStringLiteral("flex")); }
+    Cell cursor() const { return {grid()->currentRow() + 1, grid()->currentColumn() + 1}; }
+
+    // Space on each cell in turn, moving there by the arrow keys: the sounds
+    // (file names) and the messages the presses gave, in order.
+    QStringList mark(const QList<Cell> &cells)
+    {
+        QStringList heard;
+        const auto sounds = [&] {
+            heard += fp.sound.names();
+            fp.sound.played.clear();
+        };
+        fp.dialogs.onShow = [&](const ShownDialog &shown) {
+            sounds();
+            heard << shown.prompt;
+        };
+        for (const auto &[row, column] : cells) {
+            for (int step = 0; step < 10 && cursor() != Cell{row, column}; ++step)
+                press(cursor().first != row
+                          ? (cursor().first < row ? Qt::Key_Down : Qt::Key_Up)
+                          : (cursor().second < column ? Qt::Key_Right : Qt::Key_Left));
+            fp.sound.played.clear();
+            press(Qt::Key_Space);
+            sounds();
+        }
+        fp.dialogs.onShow = nullptr;
+        return heard;
+    }
+};
+
 } // namespace
 
 class TestFrmSearch : public QObject {
     Q_OBJECT
 
 private slots:
-    void setUpShowsEveryCell_data();
     void setUpShowsEveryCell();
     void keysMoveAndPlayTheLetter();
-    void shortcutsWorkFromTheGrid();
-    void leavingAsks_data();
+    void selection();
+    void lastWord();
+    void timeReport();
+    void wordsToFind();
     void leavingAsks();
 };
 
-void TestFrmSearch::setUpShowsEveryCell_data()
-{
-    QTest::addColumn<int>("side");
-    QTest::newRow("5 x 5") << 5;
-    QTest::newRow("50 x 50") << 50;
-}
-
-// The grid shows cell (r, c) of the puzzle, and nothing of an earlier, larger one, in row r and column c numbered from 1; the cursor starts on (1, 1) and its letter is heard.
+// The grid shows cell (r, c) of the puzzle in row r and column c numbered from 1, as a screen
+// reader reads it; the cursor starts on (1, 1) and its letter is heard.
 void TestFrmSearch::setUpShowsEveryCell()
 {
-    QFETCH(int, side);
     PuzzleRig rig;
-    SetPuzzle(rig.state, QStringList(50, QString(50, QLatin1Char('q'))), {});
-    QStringList rows;
-    for (int r = 0; r < side; ++r) {
-        rows.append(QString());
-        for (int c = 0; c < side; ++c)
-            rows.last() += QChar('a' + (r * 7 + c * 3) % 26);
+    QVERIFY(rig.open(kAlphabet, {"never"}));
+    QStringList shown;
+    for (int r = 0; r < rig.grid()->rowCount(); ++r) {
+        shown.append(rig.grid()->verticalHeaderItem(r)->text() + ":");
+        for (int c = 0; c < rig.grid()->columnCount(); ++c)
+            shown.last() += rig.grid()->item(r, c)->data(Qt::AccessibleTextRole).toString();
     }
-    QVERIFY(rig.open(rows, {QStringLiteral("never")}));
-
-    const QTableWidget *flex = rig.grid();
-    QCOMPARE(flex->rowCount(), side);
-    QCOMPARE(flex->columnCount(), side);
-    QCOMPARE(flex->verticalHeaderItem(side - 1)->text(), QString::number(side));
-    QCOMPARE(flex->horizontalHeaderItem(side - 1)->text(), QString::number(side));
-    for (int r = 0; r < side; ++r) {
-        for (int c = 0; c < side; ++c) {
-            const QTableWidgetItem *cell = flex->item(r, c);
-            QVERIFY(cell);
-            QCOMPARE(cell->text(), rows[r].mid(c, 1));
-            // What a screen reader reads for the cell.
-            QCOMPARE(cell->data(Qt::AccessibleTextRole).toString(), rows[r].mid(c, 1));
-        }
-    }
+    QCOMPARE(shown, (QStringList{"1:abcde", "2:fghij", "3:klmno", "4:pqrst", "5:uvwxy"}));
+    QCOMPARE(rig.grid()->horizontalHeaderItem(4)->text(), "5");
     QCOMPARE(rig.cursor(), (Cell{1, 1}));
-    QCOMPARE(rig.fp.sound.played, QStringList{joinPath(rig.fp.system.folder, "a.wav")});
+    QCOMPARE(rig.fp.sound.names(), QStringList{"a.wav"});
 }
 
-// Each cursor key moves the cursor and plays its letter's file; at the grid's edge (there is no row 0 or column 0 to go to), onto a cell without a letter and for a typed letter nothing moves or plays.
+// Each cursor key moves the cursor and plays its letter's file; at the grid's edge, onto a cell
+// without a letter and for a typed letter nothing plays, and a letter never moves the cursor.
 void TestFrmSearch::keysMoveAndPlayTheLetter()
 {
     PuzzleRig rig;
-    QStringList rows = Alphabet();
-    rows[2][3] = QLatin1Char(' '); // (3, 4) holds no letter
-    QVERIFY(rig.open(rows, {QStringLiteral("abc")}));
+    QStringList rows = kAlphabet;
+    rows[1][2] = QLatin1Char(' '); // (2, 3) holds no letter
+    QVERIFY(rig.open(rows, {"abc"}));
     const struct {
-        QKeyCombination key;
+        Qt::Key key;
         Cell to;
         QString heard;
-    } steps[] = {
-        {Qt::Key_Up, {1, 1}, ""},
-        {Qt::Key_Left, {1, 1}, ""},
-        {Qt::Key_PageUp, {1, 1}, ""},
-        {Qt::Key_Down, {2, 1}, "f.wav"},
-        {Qt::Key_Right, {2, 2}, "g.wav"},
-        {Qt::Key_End, {2, 5}, "j.wav"},
-        {Qt::Key_Home, {2, 1}, "f.wav"},
-        {Qt::Key_PageDown, {5, 1}, "u.wav"},
-        {Qt::Key_PageUp, {1, 1}, "a.wav"},
-        {Qt::CTRL | Qt::Key_End, {5, 5}, "y.wav"},
-        {Qt::Key_Down, {5, 5}, ""},
-        {Qt::Key_Right, {5, 5}, ""},
-        {Qt::CTRL | Qt::Key_Home, {1, 1}, "a.wav"},
-        {Qt::Key_P, {1, 1}, ""}, // a plain table would jump to the "p" below
-        {Qt::Key_Down, {2, 1}, "f.wav"},
-        {Qt::Key_Down, {3, 1}, "k.wav"},
-        {Qt::Key_End, {3, 5}, "o.wav"},
-        {Qt::Key_Left, {3, 4}, ""},
-        {Qt::Key_Left, {3, 3}, "m.wav"},
-    };
-    const auto where = [](Cell cell, const QString &heard) {
-        return QStringLiteral("(%1, %2) %3").arg(cell.row).arg(cell.column).arg(heard);
-    };
-    QStringList expected;
-    QStringList actual;
+    } steps[] = {{Qt::Key_Up, {1, 1}, ""},         {Qt::Key_Down, {2, 1}, "f.wav"},
+                 {Qt::Key_Right, {2, 2}, "g.wav"}, {Qt::Key_Right, {2, 3}, ""},
+                 {Qt::Key_Right, {2, 4}, "i.wav"}, {Qt::Key_P, {2, 4}, ""}};
+    QStringList actual, expected;
     for (const auto &step : steps) {
         rig.fp.sound.played.clear();
-        press(step.key.key(), step.key.keyboardModifiers());
-        actual.append(where(rig.cursor(), rig.fp.sound.names().join(' ')));
-        expected.append(where(step.to, step.heard));
+        press(step.key);
+        actual << QStringLiteral("%1,%2 %3")
+                      .arg(rig.cursor().first)
+                      .arg(rig.cursor().second)
+                      .arg(rig.fp.sound.names().join(' '));
+        expected
+            << QStringLiteral("%1,%2 %3").arg(step.to.first).arg(step.to.second).arg(step.heard);
     }
     QCOMPARE(actual, expected);
-    QVERIFY(rig.fp.dialogs.shown.isEmpty());
 }
 
-// Ctrl+W, Ctrl+T, Ctrl+S, Ctrl+P and Ctrl+B work from the grid, and a pending mark stays pending.
-void TestFrmSearch::shortcutsWorkFromTheGrid()
+// Two marks find every word still to find that reads either way as the run between them, read from
+// the upper mark (a message each); else a buzz, or the not-in-line or same-cell message.
+void TestFrmSearch::selection()
 {
-    PuzzleRig rig;
-    QVERIFY(rig.open(Alphabet(), {QStringLiteral("abc"), QStringLiteral("fgh")}));
-    rig.mark({{1, 3}});
-    press(Qt::Key_W, Qt::ControlModifier);
-    QVERIFY(QTest::qWaitForWindowActive(&rig.navigator.listWindow()));
-    press(Qt::Key_Escape);
-    QVERIFY(QTest::qWaitForWindowActive(rig.window));
-    for (const Qt::Key key : {Qt::Key_T, Qt::Key_S, Qt::Key_P, Qt::Key_B})
-        press(key, Qt::ControlModifier);
-    QCOMPARE(rig.fp.dialogs.prompts(),
-             (QStringList{"You have as much time as necessary to complete this puzzle.",
-                          "Saving puzzles is not available yet.",
-                          "Printing puzzles is not available yet.",
-                          "Brailling puzzles is not available yet."}));
-    QCOMPARE(rig.mark({{1, 1}}), QStringList{FoundMessage("abc")});
+    struct Case {
+        QStringList words;
+        QList<Cell> marks;
+        QStringList heard;
+        int left;
+    };
+    QList<Case> cases = {
+        {{"abc"}, {{1, 1}, {3, 4}}, {kMark, kNotInLine}, 1},
+        {{"m", "abc"}, {{3, 3}, {3, 3}}, {kMark, kSameCell}, 2},
+        {{"abc", "fgh"},
+         {{1, 1}, {1, 3}, {1, 3}, {1, 1}},
+         {kMark, Found("abc"), kMark, "wrong.wav"},
+         1},
+        {{"cba", "fgh", "abc"}, {{1, 3}, {1, 1}}, {kMark, Found("cba"), Found("abc")}, 1}};
+    // Across, down, down to the right, down to the left: each word laid either way, marked from
+    // either end.
+    for (const auto &[forwards, backwards, a, b] :
+         {std::tuple{"bcd", "dcb", Cell{1, 2}, Cell{1, 4}},
+          std::tuple{"ins", "sni", Cell{2, 4}, Cell{4, 4}},
+          std::tuple{"flr", "rlf", Cell{2, 1}, Cell{4, 3}},
+          std::tuple{"eimqu", "uqmie", Cell{1, 5}, Cell{5, 1}}})
+        for (const QString word : {forwards, backwards})
+            for (const QList<Cell> &marks : {QList<Cell>{a, b}, QList<Cell>{b, a}})
+                cases.append({{word, "never"}, marks, {kMark, Found(word)}, 1});
+    QStringList actual, expected;
+    for (const Case &c : cases) {
+        PuzzleRig rig;
+        QVERIFY(rig.open(kAlphabet, c.words));
+        const QString key = QStringLiteral("%1 from %2,%3: ")
+                                .arg(c.words.first())
+                                .arg(c.marks[0].first)
+                                .arg(c.marks[0].second);
+        const QStringList heard = rig.mark(c.marks);
+        actual << key + heard.join(" | ") + ", left " +
+                      QString::number(rig.window->marking().wordsRemaining());
+        expected << key + c.heard.join(" | ") + ", left " + QString::number(c.left);
+    }
+    QCOMPARE(actual, expected);
 }
 
-void TestFrmSearch::leavingAsks_data()
+// The last word gives its message, then "cheer1.wav" up to and at the time limit or "cheer2.wav"
+// past it (the tick counter wrapping meanwhile), then the all-found message; after that a selection
+// plays only "mark.wav".
+void TestFrmSearch::lastWord()
 {
-    QTest::addColumn<QString>("how");
-    QTest::newRow("Escape") << "Escape";
-    QTest::newRow("close box") << "close box";
-    QTest::newRow("Alt+P, X") << "Exit Puzzle";
+    for (const auto &[elapsed, cheer] :
+         {std::pair{60000u, "cheer1.wav"}, std::pair{60001u, "cheer2.wav"}}) {
+        PuzzleRig rig;
+        rig.fp.clock.ticks = 0xFFFFFFF0u;
+        QVERIFY(rig.open(kAlphabet, {"abc"}, 1));
+        rig.mark({{1, 1}});
+        rig.fp.clock.ticks = 0xFFFFFFF0u + elapsed;
+        QCOMPARE(rig.mark({{1, 3}}), (QStringList{Found("abc"), cheer, kAllFound}));
+        QCOMPARE(rig.mark({{1, 3}, {1, 1}, {2, 1}, {4, 1}}), (QStringList{kMark, kMark}));
+    }
 }
 
-// Escape, the close box and "E&xit Puzzle" ask to leave: No goes on as it was, a pending mark included; Yes brings the main menu back and closes the window, and a new window has no mark pending.
+// Ctrl+T reports the whole minutes and seconds left, rounded down, and "over" only past the limit;
+// with no limit, the no-limit message.
+void TestFrmSearch::timeReport()
+{
+    const struct {
+        qint32 limit;
+        quint32 elapsed;
+        QString report;
+    } table[] = {{5, 0, "You have 5 minutes, 0 seconds remaining."},
+                 {5, 61500, "You have 3 minutes, 58 seconds remaining."},
+                 {5, 240000, "You have 1 minutes, 0 seconds remaining."},
+                 {5, 240001, "You only have 59 seconds remaining!"},
+                 {5, 300000, "You only have 0 seconds remaining!"},
+                 {5, 300001, "You've spent more than your allowed time on this puzzle."},
+                 {0, 86400000, "You have as much time as necessary to complete this puzzle."}};
+    for (const auto &row : table) {
+        PuzzleRig rig;
+        QVERIFY(rig.open(kAlphabet, {"abc"}, row.limit));
+        rig.fp.clock.ticks += row.elapsed;
+        press(Qt::Key_T, Qt::ControlModifier);
+        QCOMPARE(rig.fp.dialogs.prompts(), QStringList{row.report});
+    }
+}
+
+// Ctrl+W lists the words still to find in slot order, as "x " per letter when hidden, in place of
+// the puzzle; Escape brings the puzzle back as it was, a pending mark included; with every word
+// found it says so instead.
+void TestFrmSearch::wordsToFind()
+{
+    for (const bool hidden : {false, true}) {
+        PuzzleRig rig;
+        QVERIFY(rig.open(kAlphabet, {"abcde", "fgh", "klm"}, 0, hidden));
+        rig.mark({{2, 1}, {2, 3}, {1, 5}}); // "fgh" found, a mark pending at the end of "abcde"
+        press(Qt::Key_W, Qt::ControlModifier);
+        FrmList &list = rig.navigator.listWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&list));
+        QVERIFY(!rig.window->isVisible());
+        QCOMPARE(list.windowTitle(), "Word List - Words Remaining");
+        QCOMPARE(entriesOf(qobject_cast<QListWidget *>(focused())),
+                 (hidden ? QStringList{"x x x x x ", "x x x "} : QStringList{"abcde", "klm"}));
+        press(Qt::Key_Escape);
+        QVERIFY(QTest::qWaitForWindowActive(rig.window));
+        QCOMPARE(rig.mark({{1, 1}}), QStringList{Found("abcde")});
+        rig.mark({{3, 1}, {3, 3}});
+        rig.fp.dialogs.shown.clear();
+        press(Qt::Key_W, Qt::ControlModifier);
+        QCOMPARE(rig.fp.dialogs.prompts(), QStringList{"You've found all the words!"});
+        QCOMPARE(focused(), rig.grid());
+    }
+}
+
+// Escape and the close box ask to leave: No goes on as it was, a pending mark included; Yes brings
+// the main menu back and closes the window, and a new window has no mark pending.
 void TestFrmSearch::leavingAsks()
 {
-    QFETCH(QString, how);
-    PuzzleRig rig;
-    QVERIFY(rig.open(Alphabet(), {QStringLiteral("abc"), QStringLiteral("fgh")}));
-    const auto leave = [&] {
-        if (how == "Escape") {
-            press(Qt::Key_Escape);
-        } else if (how == "close box") {
-            rig.window->close();
-        } else {
-            press(Qt::Key_P, Qt::AltModifier);
-            auto *menu = rig.window->findChild<QMenu *>(QStringLiteral("mnuPuzzle"));
-            QTRY_VERIFY(menu->isVisible());
-            QTest::keyClick(menu, Qt::Key_X);
-        }
-    };
-    rig.fp.dialogs.answers = {MessageResult::No, MessageResult::Yes};
-    rig.mark({{1, 3}});
-    leave();
-    QTRY_COMPARE(rig.fp.dialogs.shown.size(), 1);
-    const ShownDialog asked = rig.fp.dialogs.shown.first();
-    QCOMPARE(asked.prompt, kExitQuestion);
-    QCOMPARE(asked.title, QStringLiteral("Confirmation"));
-    QCOMPARE(asked.buttons, MessageButtons::YesNo);
-    QVERIFY(QTest::qWaitForWindowActive(rig.window));
-    QCOMPARE(focused(), rig.grid());
-    QCOMPARE(rig.navigator.mainMenuShown, 0);
-    QCOMPARE(rig.mark({{1, 1}}), QStringList{FoundMessage("abc")});
-
-    rig.mark({{2, 1}});
-    leave();
-    QTRY_VERIFY(rig.window.isNull());
-    QCOMPARE(rig.navigator.mainMenuShown, 1);
-    // Closing itself after Yes asks nothing more.
-    QCOMPARE(rig.fp.dialogs.prompts(),
-             (QStringList{kExitQuestion, FoundMessage("abc"), kExitQuestion}));
-
-    QVERIFY(rig.open());
-    QCOMPARE(rig.mark({{1, 1}}), QStringList{"mark.wav"});
+    for (const bool closeBox : {false, true}) {
+        PuzzleRig rig;
+        QVERIFY(rig.open(kAlphabet, {"abc", "fgh"}));
+        const auto leave = [&] { closeBox ? void(rig.window->close()) : press(Qt::Key_Escape); };
+        rig.fp.dialogs.answers = {MessageResult::No, MessageResult::Yes};
+        rig.mark({{1, 3}});
+        leave();
+        QVERIFY(QTest::qWaitForWindowActive(rig.window));
+        QCOMPARE(rig.navigator.mainMenuShown, 0);
+        QCOMPARE(rig.mark({{1, 1}}), QStringList{Found("abc")});
+        QCOMPARE(rig.fp.dialogs.shown.first().buttons, MessageButtons::YesNo);
+        rig.mark({{2, 1}});
+        leave();
+        QTRY_VERIFY(rig.window.isNull());
+        QCOMPARE(rig.navigator.mainMenuShown, 1);
+        // Closing itself after Yes asks nothing more.
+        QCOMPARE(rig.fp.dialogs.prompts(), (QStringList{kExit, Found("abc"), kExit}));
+        QVERIFY(rig.open(kAlphabet, {"abc", "fgh"}));
+        QCOMPARE(rig.mark({{2, 3}}), QStringList{kMark});
+    }
 }
 
 QTEST_MAIN(TestFrmSearch)

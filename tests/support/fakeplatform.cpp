@@ -75,7 +75,6 @@ QStringList FakeSound::names() const
 
 double FakeRandom::next()
 {
-    ++drawsTaken;
     if (!script.isEmpty())
         return script.takeFirst();
     return static_cast<double>(m_engine() >> 11) * 0x1.0p-53;
@@ -97,7 +96,7 @@ bool FakeFiles::read(const QString &path, QByteArray &bytes, QString &error)
 
 bool FakeFiles::write(const QString &path, const QByteArray &bytes, QString &error)
 {
-    if (failAllWrites || failWrite.contains(path)) {
+    if (failAllWrites) {
         error = QStringLiteral("Permission denied");
         return false;
     }
@@ -106,10 +105,6 @@ bool FakeFiles::write(const QString &path, const QByteArray &bytes, QString &err
 
 bool FakeFiles::remove(const QString &path, QString &error)
 {
-    if (failRemove.contains(path)) {
-        error = QStringLiteral("Permission denied");
-        return false;
-    }
     return m_real.remove(path, error);
 }
 

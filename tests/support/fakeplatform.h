@@ -75,7 +75,6 @@ public:
     double next() override;
     QList<double> script;
     QList<double> seeds;
-    int drawsTaken = 0;
 
 private:
     std::mt19937_64 m_engine{20261122};
@@ -99,8 +98,6 @@ public:
     bool remove(const QString &path, QString &error) override;
 
     QSet<QString> failRead;
-    QSet<QString> failWrite;
-    QSet<QString> failRemove;
     bool failAllWrites = false;
 
 private:
