@@ -204,14 +204,17 @@ bool QtFiles::read(const QString &path, QByteArray &bytes, QString &error)
     return true;
 }
 
-bool QtFiles::write(const QString &path, const QByteArray &bytes, QString &error)
+bool WriteWholeFile(const QString &path, const QByteArray &bytes, QString &error)
 {
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly)) {
         error = file.errorString();
         return false;
     }
-    if (file.write(bytes) != bytes.size()) {
+    // write() only fills a buffer, and commit() renames the file into place
+    // even when its own flush failed: flush first, so that a short file never
+    // replaces the old one.
+    if (file.write(bytes) != bytes.size() || !file.flush() || file.error() != QFileDevice::NoError) {
         error = file.errorString();
         file.cancelWriting();
         return false;
@@ -221,6 +224,11 @@ bool QtFiles::write(const QString &path, const QByteArray &bytes, QString &error
         return false;
     }
     return true;
+}
+
+bool QtFiles::write(const QString &path, const QByteArray &bytes, QString &error)
+{
+    return WriteWholeFile(path, bytes, error);
 }
 
 bool QtFiles::remove(const QString &path, QString &error)

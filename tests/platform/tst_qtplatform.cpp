@@ -6,6 +6,11 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#ifdef Q_OS_UNIX
+#include <csignal>
+#include <sys/resource.h>
+#endif
+
 using namespace lexicove;
 using namespace lexicove::test;
 
@@ -80,6 +85,27 @@ void TestQtPlatform::writesReplaceWholeOrNotAtAll()
     QVERIFY(QFileInfo(joinPath(dir.path(), QStringLiteral("taken.wds"))).isDir());
     QVERIFY(files.read(path, bytes, error));
     QCOMPARE(bytes, QByteArray("owl\r\n"));
+
+#ifdef Q_OS_UNIX
+    // A file size limit (like a full disk) makes the write short: the old
+    // file stays whole rather than being replaced by what got through. The
+    // text is smaller than the write buffer, so only the last flush fails.
+    struct rlimit old {};
+    QCOMPARE(getrlimit(RLIMIT_FSIZE, &old), 0);
+    const auto oldHandler = signal(SIGXFSZ, SIG_IGN);
+    struct rlimit small = old;
+    small.rlim_cur = 4096;
+    QCOMPARE(setrlimit(RLIMIT_FSIZE, &small), 0);
+    error.clear();
+    const bool written = files.write(path, QByteArray(10000, 'z'), error);
+    setrlimit(RLIMIT_FSIZE, &old);
+    signal(SIGXFSZ, oldHandler);
+    QVERIFY(!written);
+    QVERIFY(!error.isEmpty());
+    QVERIFY(files.read(path, bytes, error));
+    QCOMPARE(bytes, QByteArray("owl\r\n"));
+    QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList{"cat.wds"});
+#endif
 }
 
 void TestQtPlatform::readAndRemoveReportTheReason()
