@@ -14,6 +14,7 @@
 
 #include "core/gamestate.h"
 #include "core/navigator.h"
+#include "platform/qtfiledialogs.h"
 #include "platform/qtplatform.h"
 #include "play/frmlist.h"
 #include "play/frmsearch.h"
@@ -108,7 +109,8 @@ struct Rig {
     lexicove::SystemRandom random;
     SoundFolderInfo system{soundFolder()};
     lexicove::QtFiles files;
-    lexicove::Platform platform{dialogs, timed, clock, random, system, files};
+    lexicove::QtFileDialogs fileDialogs;
+    lexicove::Platform platform{dialogs, timed, clock, random, system, files, fileDialogs};
     StayNavigator navigator;
     GameState state;
 };

@@ -1,5 +1,6 @@
 #include "core/game.h"
 #include "core/gamestate.h"
+#include "platform/qtfiledialogs.h"
 #include "platform/qtplatform.h"
 
 #include <QApplication>
@@ -18,7 +19,8 @@ int main(int argc, char *argv[])
     lexicove::SystemRandom random;
     lexicove::QtSystemInfo system;
     lexicove::QtFiles files;
-    lexicove::Platform platform{dialogs, sound, clock, random, system, files};
+    lexicove::QtFileDialogs fileDialogs;
+    lexicove::Platform platform{dialogs, sound, clock, random, system, files, fileDialogs};
     // The sounds load in the background while the main menu comes up.
     sound.preloadFolder(system.programFolder());
     lexicove::GameState state;

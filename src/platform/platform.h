@@ -5,6 +5,8 @@
 // double for the tests (tests/support/fakeplatform.h). Windows and logic get
 // them through their constructors; nothing reaches the system any other way.
 
+#include "platform/printer.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
@@ -95,6 +97,7 @@ struct Platform {
     Random &random;
     SystemInfo &system;
     Files &files;
+    FileDialogs &fileDialogs;
 };
 
 // Joins a folder and a file name with the platform's separator.

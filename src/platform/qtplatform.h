@@ -10,6 +10,11 @@
 
 namespace lexicove {
 
+// Replaces the file at path with bytes, whole or not at all: a write that
+// fails (a full disk, a file size limit, a folder that can't be written)
+// leaves the old file as it was and says why in error.
+bool WriteWholeFile(const QString &path, const QByteArray &bytes, QString &error);
+
 class QtDialogs final : public Dialogs {
 public:
     MessageResult message(QWidget *parent, const QString &prompt, MessageButtons buttons,

@@ -2,11 +2,14 @@
 
 #include "core/gamestate.h"
 #include "core/navigator.h"
+#include "output/pagelayout.h"
+#include "output/puzzlefile.h"
 #include "platform/platform.h"
 #include "play/frmlist.h"
 #include "play/timereport.h"
 
 #include <QCloseEvent>
+#include <QCoreApplication>
 #include <QFontMetrics>
 #include <QGuiApplication>
 #include <QHeaderView>
@@ -38,8 +41,7 @@ const QString kNoneToFind = QStringLiteral("You've found all the words!");
 } // namespace
 
 FrmSearch::FrmSearch(GameState &state, Platform &platform, Navigator &navigator)
-    : m_state(state), m_platform(platform), m_navigator(navigator),
-      m_play(state, platform.clock)
+    : m_state(state), m_platform(platform), m_navigator(navigator), m_play(state, platform.clock)
 {
     setObjectName(QStringLiteral("frmSearch"));
     setWindowTitle(kAppTitle);
@@ -78,17 +80,15 @@ void FrmSearch::BuildMenu()
     mnuFind = add("mnuFind", QStringLiteral("&Words To Find"), QKeySequence(Qt::CTRL | Qt::Key_W),
                   &FrmSearch::mnuFind_Click);
     mnuTimeRemaining = add("mnuTimeRemaining", QStringLiteral("&Time Remaining"),
-                           QKeySequence(Qt::CTRL | Qt::Key_T),
-                           &FrmSearch::mnuTimeRemaining_Click);
+                           QKeySequence(Qt::CTRL | Qt::Key_T), &FrmSearch::mnuTimeRemaining_Click);
     mnuSavePuzzle = add("mnuSavePuzzle", QStringLiteral("&Save Puzzle"),
                         QKeySequence(Qt::CTRL | Qt::Key_S), &FrmSearch::mnuSavePuzzle_Click);
     mnuPrintPuzzle = add("mnuPrintPuzzle", QStringLiteral("&Print Puzzle"),
                          QKeySequence(Qt::CTRL | Qt::Key_P), &FrmSearch::mnuPrintPuzzle_Click);
     mnuBraillePuzzle = add("mnuBraillePuzzle", QStringLiteral("&Braille Puzzle"),
-                           QKeySequence(Qt::CTRL | Qt::Key_B),
-                           &FrmSearch::mnuBraillePuzzle_Click);
-    mnuExit = add("mnuExit", QStringLiteral("E&xit Puzzle"), QKeySequence(),
-                  &FrmSearch::mnuExit_Click);
+                           QKeySequence(Qt::CTRL | Qt::Key_B), &FrmSearch::mnuBraillePuzzle_Click);
+    mnuExit =
+        add("mnuExit", QStringLiteral("E&xit Puzzle"), QKeySequence(), &FrmSearch::mnuExit_Click);
 }
 
 bool FrmSearch::Form_Load()
@@ -271,17 +271,61 @@ void FrmSearch::mnuTimeRemaining_Click()
 
 void FrmSearch::mnuSavePuzzle_Click()
 {
-    ShowMessage(QStringLiteral("Saving puzzles is not available yet."));
+    const QString failure = SaveMessage(SavePuzzle(m_state, m_platform, this));
+    if (!failure.isEmpty())
+        ShowMessage(failure);
+    BackToGrid();
 }
 
 void FrmSearch::mnuPrintPuzzle_Click()
 {
-    ShowMessage(QStringLiteral("Printing puzzles is not available yet."));
+    RunOutputJob(OutputMode::Print);
 }
 
 void FrmSearch::mnuBraillePuzzle_Click()
 {
-    ShowMessage(QStringLiteral("Brailling puzzles is not available yet."));
+    AskBraillePage(m_state, m_platform.dialogs, this);
+    RunOutputJob(OutputMode::Braille);
+}
+
+void FrmSearch::RunOutputJob(OutputMode mode)
+{
+    JobWindow window;
+    window.parent = this;
+    window.chooseFromList = [this](const QString &title, const QStringList &entries, int selected) {
+        return ChooseFromList(title, entries, selected);
+    };
+    // Repaints and the like, but no keys: the player can't leave the puzzle
+    // while its pages are being made.
+    window.yield = [] { QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); };
+    OutputJob job(m_state, m_platform, std::move(window));
+    const QString message = JobMessage(job.OutputPuzzle(mode));
+    if (!message.isEmpty())
+        ShowMessage(message);
+    BackToGrid();
+}
+
+QString FrmSearch::ChooseFromList(const QString &title, const QStringList &entries, int selected)
+{
+    FrmList &list = m_navigator.listWindow();
+    list.fill(entries);
+    list.list()->setCurrentRow(selected);
+    list.list()->setAccessibleName(QStringLiteral("Font sizes"));
+    list.setWindowTitle(title);
+    // OK (or Escape, or the close box) only hides the list; this window stays
+    // as it is underneath.
+    list.setAfterOk(nullptr);
+    list.list()->setFocus();
+    list.exec();
+    const QListWidgetItem *chosen = list.list()->currentItem();
+    return chosen ? chosen->text() : entries.value(selected);
+}
+
+void FrmSearch::BackToGrid()
+{
+    raise();
+    activateWindow();
+    flex->setFocus();
 }
 
 void FrmSearch::mnuExit_Click()

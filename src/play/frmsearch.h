@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/printer.h"
 #include "play/marking.h"
 
 #include <QMainWindow>
@@ -65,6 +66,13 @@ private:
     void Perform(const Replies &replies);
     void PlaySound(const QString &name);
     void ShowMessage(const QString &text);
+    // Runs a print or braille job and tells the player how a failed one ended.
+    void RunOutputJob(OutputMode mode);
+    // The list window, modal over this one, with entries to choose from.
+    QString ChooseFromList(const QString &title, const QStringList &entries, int selected);
+    // After a command's dialogs: this window active, the grid focused on the
+    // cell it was on.
+    void BackToGrid();
     bool AskExit();
 
     GameState &m_state;

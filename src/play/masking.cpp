@@ -2,16 +2,6 @@
 
 namespace lexicove {
 
-QString MaskWord(const QString &word)
-{
-    return QString(word.size(), QLatin1Char('x'));
-}
-
-QString MaskWordSpaced(const QString &word)
-{
-    return QStringLiteral("x ").repeated(word.size());
-}
-
 QStringList WordsToFind(const GameState &state, const WordFoundFlags &wordFound)
 {
     QStringList entries;

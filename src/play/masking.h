@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/gamestate.h"
+#include "core/masking.h"
 
 #include <QStringList>
 
@@ -10,11 +11,6 @@ namespace lexicove {
 
 // Found flags of the word slots 0 to 50 (slot 0 unused).
 using WordFoundFlags = std::array<bool, GameState::kMaxWords + 1>;
-
-// A word hidden as one "x" per character: "cat" -> "xxx" (printed pages).
-QString MaskWord(const QString &word);
-// A word hidden as "x " per character: "cat" -> "x x x " (the on-screen list).
-QString MaskWordSpaced(const QString &word);
 
 // The entries of the words-to-find list: every word of slots 1 to wordCount
 // not yet found, in slot order, masked when hideWords is set.

@@ -94,6 +94,7 @@ private slots:
     void timeReport();
     void wordsToFind();
     void leavingAsks();
+    void outputCommands();
 };
 
 // The grid shows cell (r, c) of the puzzle in row r and column c numbered from 1, as a screen
@@ -279,6 +280,74 @@ void TestFrmSearch::leavingAsks()
         QVERIFY(rig.open(kAlphabet, {"abc", "fgh"}));
         QCOMPARE(rig.mark({{2, 3}}), QStringList{kMark});
     }
+}
+
+// Ctrl+S, Ctrl+P and Ctrl+B work from the grid by keyboard: the save writes every word, found ones
+// too; print offers the font sizes over the shown puzzle, 12 point at first (kept by the close box)
+// and Down picks 14; braille asks its two sizes and refuses a grid wider than the line; a printer
+// that fails is named. After each the grid has the focus on its cell and a pending mark is kept.
+void TestFrmSearch::outputCommands()
+{
+    PuzzleRig rig;
+    QVERIFY(rig.open(kAlphabet, {"abc", "fgh", "klm"}));
+    rig.mark({{1, 1}, {1, 3}, {2, 3}}); // "abc" found, a mark pending at (2, 3)
+    rig.fp.dialogs.shown.clear();
+    const auto backInGrid = [&] {
+        QVERIFY(QTest::qWaitForWindowActive(rig.window));
+        QCOMPARE(focused(), rig.grid());
+        QCOMPARE(rig.cursor(), (Cell{2, 3}));
+    };
+
+    rig.fp.fileDialogs.savePaths = {rig.fp.path("out.txt")};
+    rig.fp.dialogs.answers = {MessageResult::No};
+    press(Qt::Key_S, Qt::ControlModifier);
+    backInGrid();
+    QVERIFY(rig.fp.readFile("out.txt").contains("\r\n1. abc\r\n2. fgh\r\n"));
+
+    const struct {
+        std::function<void(QWidget *)> keys;
+        QString body, heading;
+    } picks[] = {{[](QWidget *) {
+                      press(Qt::Key_Down);
+                      press(Qt::Key_Return);
+                  },
+                  "size 14", "size 18"},
+                 {[](QWidget *list) { list->close(); }, "size 12", "size 16"}};
+    for (const auto &pick : picks) {
+        bool puzzleShown = false;
+        QString title;
+        whenModal([&](QWidget *list) {
+            puzzleShown = rig.window->isVisible();
+            title = list->windowTitle();
+            pick.keys(list);
+        });
+        rig.fp.dialogs.answers = {MessageResult::No};
+        press(Qt::Key_P, Qt::ControlModifier);
+        backInGrid();
+        QVERIFY(puzzleShown);
+        QCOMPARE(title, "Select Font Size for Printing");
+        const QStringList &log = rig.fp.fileDialogs.record.log;
+        QVERIFY2(log.contains(pick.body) && log.contains(pick.heading), qPrintable(log.join('|')));
+        QCOMPARE(log.last(), "end");
+    }
+
+    rig.fp.dialogs.shown.clear();
+    rig.fp.dialogs.replies = {"23", "4"};
+    press(Qt::Key_B, Qt::ControlModifier);
+    backInGrid();
+    QCOMPARE(rig.fp.dialogs.prompts().mid(2),
+             QStringList{"The puzzle is too wide for your braille page. Please create a smaller "
+                         "puzzle and try again."});
+
+    rig.fp.fileDialogs.script.failure = "the print system is not running";
+    rig.fp.dialogs.shown.clear();
+    rig.fp.dialogs.replies = {"23", "35"};
+    rig.fp.dialogs.answers = {MessageResult::No};
+    press(Qt::Key_B, Qt::ControlModifier);
+    backInGrid();
+    QCOMPARE(rig.fp.dialogs.lastPrompt(), "The puzzle could not be printed on the printer "
+                                          "\"recorder\": the print system is not running.");
+    QCOMPARE(rig.mark({{2, 1}}), QStringList{Found("fgh")});
 }
 
 QTEST_MAIN(TestFrmSearch)

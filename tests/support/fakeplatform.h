@@ -5,6 +5,7 @@
 // the tick counter and the random draws are set by the test, and the files
 // are real files in a temporary folder with failures that can be injected.
 
+#include "fakeprinter.h"
 #include "platform/platform.h"
 #include "platform/qtplatform.h"
 
@@ -120,7 +121,8 @@ struct FakePlatform {
     FakeRandom random;
     FakeSystemInfo system;
     FakeFiles files;
-    Platform platform{dialogs, sound, clock, random, system, files};
+    FakeFileDialogs fileDialogs;
+    Platform platform{dialogs, sound, clock, random, system, files, fileDialogs};
 };
 
 } // namespace lexicove::test

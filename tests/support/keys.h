@@ -5,9 +5,14 @@
 // controls by their object names.
 
 #include <QApplication>
+#include <QElapsedTimer>
+#include <QTimer>
 #include <QListWidget>
 #include <QTest>
 #include <QWidget>
+
+#include <functional>
+#include <memory>
 
 namespace lexicove::test {
 
@@ -35,6 +40,29 @@ inline void type(const QString &text)
     QWidget *focus = focused();
     QVERIFY2(focus, "no control has the focus");
     QTest::keyClicks(focus, text);
+}
+
+// Once the next modal window is up and active, runs `keys` (the player at
+// that window). A window the keys did not close is closed after 2 s, so that
+// a failed check can't hang the run.
+inline void whenModal(std::function<void(QWidget *)> keys)
+{
+    auto *timer = new QTimer;
+    auto waited = std::make_shared<QElapsedTimer>();
+    waited->start();
+    QObject::connect(timer, &QTimer::timeout, [timer, keys, waited] {
+        QWidget *modal = QApplication::activeModalWidget();
+        const bool ready = modal && QApplication::activeWindow() == modal;
+        if (!ready && waited->elapsed() < 2000)
+            return;
+        timer->stop();
+        timer->deleteLater();
+        if (ready)
+            keys(modal);
+        else if (modal)
+            modal->close();
+    });
+    timer->start(10);
 }
 
 // Tabs forward until the named control has the focus (at most once round).
