@@ -9,9 +9,12 @@ case "$mode" in run|test) ;; *) echo "usage: $0 run|test" >&2; exit 2 ;; esac
 here=$(cd "$(dirname "$0")/.." && pwd)
 build=${LEXICOVE_BUILD_DIR:-$here/build}
 
-packages=(cmake make g++ qt6-base-dev qt6-multimedia-dev libbenchmark-dev fonts-liberation)
+packages=(cmake make g++ qt6-base-dev qt6-multimedia-dev libcups2-dev libbenchmark-dev
+          fonts-liberation)
 if [ "$mode" = test ]; then
     packages+=(xvfb openbox xdotool dbus at-spi2-core python3 python3-pyatspi)
+    # A private print server with a PDF queue and a braille embosser queue.
+    packages+=(cups-daemon cups-client cups-filters liblouis-bin liblouis-data poppler-utils)
 fi
 
 missing=()

@@ -49,6 +49,13 @@ bool SendToQueue(const QString &queue, const QString &title, const QByteArray &d
 
     const QByteArray name = queue.toUtf8();
     const QByteArray jobTitle = title.toUtf8();
+    cups_dest_t *dest = cupsGetNamedDest(http.get(), name.constData(), nullptr);
+    if (!dest) {
+        error = QStringLiteral("the print system has no printer of that name (it may have been "
+                               "removed)");
+        return false;
+    }
+    cupsFreeDests(1, dest);
     const QByteArray copyCount = QByteArray::number(qMax(1, copies));
     cups_option_t *options = nullptr;
     int optionCount = cupsAddOption("copies", copyCount.constData(), 0, &options);

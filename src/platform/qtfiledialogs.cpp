@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPrintDialog>
 #include <QPrinter>
@@ -42,6 +43,10 @@ public:
                                     .arg(QDir::toNativeSeparators(file.absolutePath())),
                                 QMessageBox::Ok, this);
                 box.exec();
+                // Back to the file name, to type another.
+                activateWindow();
+                if (auto *name = findChild<QLineEdit *>(QStringLiteral("fileNameEdit")))
+                    name->setFocus();
                 return;
             }
         }

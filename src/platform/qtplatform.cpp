@@ -214,7 +214,8 @@ bool WriteWholeFile(const QString &path, const QByteArray &bytes, QString &error
     // write() only fills a buffer, and commit() renames the file into place
     // even when its own flush failed: flush first, so that a short file never
     // replaces the old one.
-    if (file.write(bytes) != bytes.size() || !file.flush() || file.error() != QFileDevice::NoError) {
+    if (file.write(bytes) != bytes.size() || !file.flush() ||
+        file.error() != QFileDevice::NoError) {
         error = file.errorString();
         file.cancelWriting();
         return false;
