@@ -57,7 +57,10 @@ WordPosition LocateWord(const GameState &state, const QString &word)
     const QStringView wanted(word);
     for (int r = 1; r <= rows; ++r) {
         for (int c = 1; c <= columns; ++c) {
-            if (!wanted.startsWith(state.grid[r][c]) && !wanted.isEmpty())
+            // Most cells hold one letter, and most of those do not begin the word.
+            const QString &cell = state.grid[r][c];
+            if (!wanted.isEmpty() &&
+                (cell.size() == 1 ? cell.front() != wanted.front() : !wanted.startsWith(cell)))
                 continue;
             for (const Step &step : steps) {
                 if (Spells(state, wanted, r, c, step)) {

@@ -54,6 +54,21 @@ QFont PagePrinter::font(double points) const
     return face;
 }
 
+void PagePrinter::setFontName(const QString &name)
+{
+    m_metrics.clear();
+    DocumentPrinter::setFontName(name);
+}
+
+const QFontMetricsF &PagePrinter::metrics() const
+{
+    auto known = m_metrics.find(fontSize());
+    if (known == m_metrics.end())
+        known =
+            m_metrics.emplace(fontSize(), QFontMetricsF(font(fontSize()), m_device.get())).first;
+    return known->second;
+}
+
 double PagePrinter::printableWidth() const
 {
     return m_device->width();
@@ -66,12 +81,12 @@ double PagePrinter::printableHeight() const
 
 double PagePrinter::textWidth(const QString &text) const
 {
-    return QFontMetricsF(font(fontSize()), m_device.get()).horizontalAdvance(text);
+    return metrics().horizontalAdvance(text);
 }
 
 double PagePrinter::textHeight(const QString &) const
 {
-    return QFontMetricsF(font(fontSize()), m_device.get()).height();
+    return metrics().height();
 }
 
 bool PagePrinter::draw(QString &error)

@@ -4,7 +4,9 @@
 
 #include <QBuffer>
 #include <QFont>
+#include <QFontMetricsF>
 
+#include <map>
 #include <memory>
 
 class QPageLayout;
@@ -25,6 +27,7 @@ public:
     explicit PagePrinter(std::unique_ptr<QPrinter> printer);
     ~PagePrinter() override;
 
+    void setFontName(const QString &name) override;
     double printableWidth() const override;
     double printableHeight() const override;
     double textWidth(const QString &text) const override;
@@ -36,8 +39,12 @@ public:
 
 private:
     QFont font(double points) const;
+    // The measures of the current font, kept per size: a grid measures every
+    // letter it prints.
+    const QFontMetricsF &metrics() const;
     bool draw(QString &error);
 
+    mutable std::map<double, QFontMetricsF> m_metrics;
     QBuffer m_pdf;
     std::unique_ptr<QPagedPaintDevice> m_device;
     PrintDestination m_destination;

@@ -71,7 +71,7 @@ struct LayoutRig {
     QList<QStringList> pages() const
     {
         QList<QStringList> all;
-        for (const QString &page : fp.fileDialogs.record.text.split(QLatin1Char('\f'))) {
+        for (const QString &page : fp.fileDialogs.record.text().split(QLatin1Char('\f'))) {
             QStringList lines = page.split(QStringLiteral("\r\n"));
             // Every line ends in CR LF, the last one too.
             if (lines.takeLast() != QString())

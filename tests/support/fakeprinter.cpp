@@ -65,7 +65,7 @@ void RecordingPrinter::newPage()
 bool RecordingPrinter::endDocument(QString &error)
 {
     m_record.log << QStringLiteral("end");
-    m_record.text = BraillePrinter::PagesAsText(pages());
+    m_record.pages = pages();
     m_record.ended = m_script.failure.isEmpty();
     error = m_script.failure;
     return m_record.ended;
@@ -75,6 +75,11 @@ void RecordingPrinter::abandonDocument()
 {
     m_record.log << QStringLiteral("abandon");
     DocumentPrinter::abandonDocument();
+}
+
+QString PrintRecord::text() const
+{
+    return BraillePrinter::PagesAsText(pages);
 }
 
 QString FakeFileDialogs::saveFile(QWidget *, const QString &filter)

@@ -20,9 +20,11 @@ struct PrintRecord {
     // "x 13", "print cat;" (staying on the line), "print cat", "page", "end",
     // "abandon".
     QStringList log;
-    // The finished document as text, cell by cell, when it ended.
-    QString text;
+    // The finished document, when it ended.
+    QList<DocumentPrinter::Page> pages;
     bool ended = false;
+    // Its pages as text, a character a cell, a line a unit (braille-like).
+    QString text() const;
 };
 
 // The printer's measures: the printable page, and the cell of "X" at the
