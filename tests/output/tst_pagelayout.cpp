@@ -1,7 +1,5 @@
-#include "core/gamestate.h"
-#include "fakeplatform.h"
-#include "output/pagelayout.h"
 #include "output/solution.h"
+#include "puzzles.h"
 
 #include <QtTest>
 
@@ -10,13 +8,6 @@ using namespace lexicove::test;
 
 namespace {
 
-// A different letter in every cell, so that a word's place is never in doubt.
-const QStringList kAlphabet = {"abcde", "fghij", "klmno", "pqrst", "uvwxy"};
-const QString kTooWideForBraille = QStringLiteral(
-    "The puzzle is too wide for your braille page. Please create a smaller puzzle and try again.");
-const QString kTooWideForPage =
-    QStringLiteral("Error. The puzzle will not fit on the page. Please make the puzzle smaller, "
-                   "use a different printer, or choose a smaller font size.");
 const QString kSolutionQuestion =
     QStringLiteral("Do you want to print a solution page as well? The solution page specifies "
                    "where in the puzzle the words can be found.");
@@ -30,64 +21,25 @@ QString placed(std::initializer_list<std::pair<int, QString>> texts)
     return line;
 }
 
-struct LayoutRig {
-    // rows: one text per grid row; every direction allowed.
-    void puzzle(const QStringList &rows, const QStringList &words)
-    {
-        state.rows = static_cast<qint16>(rows.size());
-        state.columns = static_cast<qint16>(rows.first().size());
-        for (int r = 1; r <= state.rows; ++r)
-            for (int c = 1; c <= state.columns; ++c)
-                state.grid[r][c] = rows[r - 1].mid(c - 1, 1);
-        state.wordCount = static_cast<qint32>(words.size());
-        for (int i = 1; i <= state.wordCount; ++i)
-            state.words[i] = words[i - 1];
-        state.allowHorizontal = state.allowVertical = state.allowDiagonal = true;
+// The document's lines, pages apart; a last line without its CR LF shows.
+QList<QStringList> pagesOf(const OutputRig &rig)
+{
+    QList<QStringList> all;
+    for (const QString &page : rig.fp.fileDialogs.record.text().split(QLatin1Char('\f'))) {
+        QStringList lines = page.split(QStringLiteral("\r\n"));
+        if (lines.takeLast() != QString())
+            lines << QStringLiteral("<no line end>");
+        all << lines;
     }
-    // A braille job on an embosser-like printer whose page holds pageLines
-    // lines (the braille page, unless said otherwise).
-    JobResult braille(int lineLength, int linesPerPage, bool solution, int pageLines = 0)
-    {
-        state.brailleLineLength = static_cast<qint16>(lineLength);
-        state.brailleLinesPerPage = static_cast<qint16>(linesPerPage);
-        fp.fileDialogs.script.width = lineLength;
-        fp.fileDialogs.script.height = pageLines > 0 ? pageLines : linesPerPage;
-        return run(OutputMode::Braille, solution);
-    }
-    JobResult run(OutputMode mode, bool solution)
-    {
-        fp.dialogs.answers = {solution ? MessageResult::Yes : MessageResult::No};
-        JobWindow window;
-        window.chooseFromList = [this](const QString &title, const QStringList &entries,
-                                       int selected) {
-            listShown << title + ": " + entries.join(',') + " at " + QString::number(selected);
-            return chosenSize.isEmpty() ? entries.value(selected) : chosenSize;
-        };
-        window.yield = [this] { ++yields; };
-        OutputJob job(state, fp.platform, window);
-        return job.OutputPuzzle(mode);
-    }
-    // The document's lines, pages apart.
-    QList<QStringList> pages() const
-    {
-        QList<QStringList> all;
-        for (const QString &page : fp.fileDialogs.record.text().split(QLatin1Char('\f'))) {
-            QStringList lines = page.split(QStringLiteral("\r\n"));
-            // Every line ends in CR LF, the last one too.
-            if (lines.takeLast() != QString())
-                lines << QStringLiteral("<no line end>");
-            all << lines;
-        }
-        return all;
-    }
-    QStringList lines() const { return pages().value(0); }
+    return all;
+}
 
-    FakePlatform fp;
-    GameState state;
-    int yields = 0;
-    QStringList listShown;
-    QString chosenSize;
-};
+// The embosser-like printer: its page is the braille page, or holds pageLines lines.
+void embosserPage(OutputRig &rig, int lineLength, int linesPerPage, int pageLines = 0)
+{
+    rig.fp.fileDialogs.script.width = lineLength;
+    rig.fp.fileDialogs.script.height = pageLines > 0 ? pageLines : linesPerPage;
+}
 
 } // namespace
 
@@ -111,9 +63,10 @@ private slots:
 void TestPageLayout::brailleDocument()
 {
     for (const bool hidden : {false, true}) {
-        LayoutRig rig;
-        rig.puzzle(kAlphabet, {"abc", "yxw", "agmsy", "zzz"});
+        OutputRig rig;
+        setPuzzle(rig.state, kAlphabet, {"abc", "yxw", "agmsy", "zzz"});
         rig.state.hideWords = hidden;
+        embosserPage(rig, 35, 23);
         QCOMPARE(rig.braille(35, 23, true).end, JobEnd::Printed);
         const QString firstRow = hidden ? placed({{0, "xxx"}, {12, "xxx"}, {24, "xxxxx"}})
                                         : placed({{0, "abc"}, {12, "yxw"}, {24, "agmsy"}});
@@ -122,7 +75,7 @@ void TestPageLayout::brailleDocument()
              placed({{14, "Puzzle"}}), "", "", "abcde", "fghij", "klmno", "pqrst", "uvwxy"},
             {placed({{10, "Puzzle Solution"}}), "", "", "abc is at row 1, col 1",
              "yxw is at row 5, col 5", "agmsy is at row 1, col 1", "zzz is at row -1, col -1"}};
-        QCOMPARE(rig.pages(), expected);
+        QCOMPARE(pagesOf(rig), expected);
         QCOMPARE(rig.fp.fileDialogs.record.log.first(), "copies 1");
         QVERIFY(rig.fp.fileDialogs.record.log.contains("font Courier New"));
         QCOMPARE(rig.fp.dialogs.prompts(), QStringList{kSolutionQuestion});
@@ -163,10 +116,11 @@ void TestPageLayout::wordListColumns()
          14},
     };
     for (const auto &row : table) {
-        LayoutRig rig;
-        rig.puzzle(kAlphabet, row.words);
+        OutputRig rig;
+        setPuzzle(rig.state, kAlphabet, row.words);
+        embosserPage(rig, row.lineLength, 50);
         QCOMPARE(rig.braille(row.lineLength, 50, false).end, JobEnd::Printed);
-        const QStringList lines = rig.lines();
+        const QStringList lines = pagesOf(rig).first();
         // After the heading and its empty lines, the rows of words, then the two empty lines.
         const QString heading = placed({{row.puzzleIndent, "Puzzle"}});
         QCOMPARE(lines.mid(3, row.rows.size() + 3), (row.rows + QStringList{"", "", heading}));
@@ -182,7 +136,6 @@ void TestPageLayout::braillePageBreaks()
     QStringList words;
     for (int i = 1; i <= 50; ++i)
         words << QStringLiteral("word%1").arg(i, 5, 10, QLatin1Char('0'));
-    const QStringList row = {"abcde"};
     const struct {
         int rows;
         bool solution;
@@ -191,14 +144,12 @@ void TestPageLayout::braillePageBreaks()
                  {10, false, {23, 23, 7, 3 + 10}},
                  {5, true, {23, 23, 17, 3 + 50}}};
     for (const auto &c : table) {
-        LayoutRig rig;
-        QStringList rows;
-        for (int r = 0; r < c.rows; ++r)
-            rows << row;
-        rig.puzzle(rows, words); // one column: floor(12 / 13) is 0
-        QCOMPARE(rig.braille(12, 23, c.solution, 66).end, JobEnd::Printed);
+        OutputRig rig;
+        setPuzzle(rig.state, QStringList(c.rows, "abcde"), words); // one column: 12 / 13 is 0
+        embosserPage(rig, 12, 23, 66);
+        QCOMPARE(rig.braille(12, 23, c.solution).end, JobEnd::Printed);
         QCOMPARE(rig.state.brailleSurplusLines, qint16(43));
-        const QList<QStringList> pages = rig.pages();
+        const QList<QStringList> pages = pagesOf(rig);
         QList<int> counts;
         for (const QStringList &page : pages)
             counts << static_cast<int>(page.size());
@@ -213,13 +164,13 @@ void TestPageLayout::braillePageBreaks()
 // share the whole width; copies and the typeface are set first.
 void TestPageLayout::printModeMeasuresAtEachSize()
 {
-    LayoutRig rig;
-    rig.puzzle(kAlphabet, {"abc", "yxw", "agmsy", "zzz"});
+    OutputRig rig;
+    setPuzzle(rig.state, kAlphabet, {"abc", "yxw", "agmsy", "zzz"});
     rig.state.brailleLinesPerPage = 23;
     // 120 x 240 units a cell at 12 points, growing with the size; 80 x 60 cells at 12 points.
     rig.fp.fileDialogs.script = {9600, 14400, 120, 240, 12, true, {}};
     rig.fp.fileDialogs.copies = 2;
-    rig.chosenSize = "18 point";
+    rig.fontSize = "18 point";
     QCOMPARE(rig.run(OutputMode::Print, false).end, JobEnd::Printed);
     QCOMPARE(rig.listShown, QStringList{"Select Font Size for Printing: 8 point,10 point,12 "
                                         "point,14 point,16 point,18 point at 2"});
@@ -247,11 +198,11 @@ void TestPageLayout::printModeMeasuresAtEachSize()
 void TestPageLayout::gridWiderThanTheLine()
 {
     for (const int columns : {5, 6}) {
-        LayoutRig rig;
+        OutputRig rig;
         QStringList rows;
         for (const QString &row : kAlphabet)
             rows << row.leftJustified(columns, QLatin1Char('z'));
-        rig.puzzle(rows, {"abc"});
+        setPuzzle(rig.state, rows, {"abc"});
         // 5 cells of 120 units at 12 points.
         rig.fp.fileDialogs.script = {600, 14400, 120, 240, 12, true, {}};
         const JobResult result = rig.run(OutputMode::Print, true);
@@ -263,7 +214,9 @@ void TestPageLayout::gridWiderThanTheLine()
             QCOMPARE(rig.yields, 1);
         } else {
             QCOMPARE(result.end, JobEnd::TooWideForPage);
-            QCOMPARE(JobMessage(result), kTooWideForPage);
+            QCOMPARE(JobMessage(result),
+                     "Error. The puzzle will not fit on the page. Please make the puzzle smaller, "
+                     "use a different printer, or choose a smaller font size.");
             QCOMPARE(log.last(), "abandon");
             QVERIFY(!log.contains("end"));
             QCOMPARE(rig.yields, 0);
@@ -271,48 +224,21 @@ void TestPageLayout::gridWiderThanTheLine()
     }
 }
 
-// A braille grid wider than the braille line stops before any dialog, a cancelled print dialog
-// asks nothing more, and a printer that refuses the document is named with its reason.
+// A braille grid wider than the braille line stops before any dialog with its message, and a
+// cancelled print dialog asks nothing more.
 void TestPageLayout::jobsThatStopEarly()
 {
-    {
-        LayoutRig rig;
-        rig.puzzle(kAlphabet, {"abc"});
-        const JobResult result = rig.braille(4, 23, false);
-        QCOMPARE(result.end, JobEnd::TooWideForBraille);
-        QCOMPARE(JobMessage(result), kTooWideForBraille);
-        QVERIFY(rig.fp.fileDialogs.requests.isEmpty());
-        rig.fp.dialogs.answers.clear();
-        QVERIFY(rig.fp.dialogs.shown.isEmpty());
-    }
-    {
-        LayoutRig rig;
-        rig.puzzle(kAlphabet, {"abc"});
+    for (const bool wide : {true, false}) {
+        OutputRig rig;
+        setPuzzle(rig.state, kAlphabet, {"abc"});
         rig.fp.fileDialogs.cancel = true;
-        const JobResult result = rig.run(OutputMode::Print, false);
-        QCOMPARE(result.end, JobEnd::Cancelled);
-        QCOMPARE(JobMessage(result), QString());
+        const JobResult result = rig.braille(wide ? 4 : 5, 23, false);
+        QCOMPARE(result.end, wide ? JobEnd::TooWideForBraille : JobEnd::Cancelled);
+        QCOMPARE(JobMessage(result), wide ? "The puzzle is too wide for your braille page. Please "
+                                            "create a smaller puzzle and try again."
+                                          : "");
+        QCOMPARE(rig.fp.fileDialogs.requests.size(), wide ? 0 : 1);
         QVERIFY(rig.fp.dialogs.shown.isEmpty());
-        QVERIFY(rig.listShown.isEmpty());
-    }
-    for (const auto kind : {PrintDestination::Kind::Queue, PrintDestination::Kind::File}) {
-        LayoutRig rig;
-        rig.puzzle(kAlphabet, {"abc"});
-        rig.fp.fileDialogs.makePrinter = [&](const PrintRequest &) {
-            PrinterScript script;
-            script.failure = "Destination \"emboss\" is not accepting jobs.";
-            return PrintChoice{
-                std::make_unique<RecordingPrinter>(script, rig.fp.fileDialogs.record), 1,
-                PrintDestination{kind, "emboss"}};
-        };
-        const JobResult result = rig.braille(35, 23, false);
-        QCOMPARE(result.end, JobEnd::Failed);
-        QCOMPARE(
-            JobMessage(result),
-            (kind == PrintDestination::Kind::Queue
-                 ? QStringLiteral("The puzzle could not be printed on the printer \"emboss\": ")
-                 : QStringLiteral("The puzzle could not be printed to the file \"emboss\": ")) +
-                "Destination \"emboss\" is not accepting jobs.");
     }
 }
 
@@ -336,12 +262,12 @@ void TestPageLayout::locateWord()
         {"xxxx", false, false, true, {5, 5}}, // up-left from the corner
     };
     for (const auto &row : table) {
-        LayoutRig rig;
-        rig.puzzle(grid, {row.word});
-        rig.state.allowHorizontal = row.horizontal;
-        rig.state.allowVertical = row.vertical;
-        rig.state.allowDiagonal = row.diagonal;
-        const WordPosition at = LocateWord(rig.state, row.word);
+        GameState state;
+        setPuzzle(state, grid, {row.word});
+        state.allowHorizontal = row.horizontal;
+        state.allowVertical = row.vertical;
+        state.allowDiagonal = row.diagonal;
+        const WordPosition at = LocateWord(state, row.word);
         const auto shown = [&](WordPosition p) {
             return QStringLiteral("%1 %2,%3").arg(row.word).arg(p.row).arg(p.col);
         };
@@ -355,29 +281,25 @@ void TestPageLayout::brailleQuestions()
 {
     const struct {
         QString reply;
-        qint16 lines, cells;
-    } table[] = {{"23", 23, 23},          {"", 23, 35},    {"0", 23, 35},
-                 {"-4", 23, 35},          {"abc", 23, 35}, {"32768", 23, 35},
-                 {"32767", 32767, 32767}, {"1", 1, 1},     {"40.5", 40, 40}};
+        QString page;
+    } table[] = {{"", "23 x 35"},     {"0", "23 x 35"},          {"-4", "23 x 35"},
+                 {"abc", "23 x 35"},  {"32768", "23 x 35"},      {"1", "1 x 1"},
+                 {"40.5", "40 x 40"}, {"32767", "32767 x 32767"}};
     for (const auto &row : table) {
         FakePlatform fp;
         GameState state;
         fp.dialogs.replies = {row.reply, row.reply};
         AskBraillePage(state, fp.dialogs, nullptr);
-        const auto shown = [&](int lines, int cells) {
-            return QStringLiteral("%1: %2 x %3").arg(row.reply).arg(lines).arg(cells);
-        };
-        QCOMPARE(shown(state.brailleLinesPerPage, state.brailleLineLength),
-                 shown(row.lines, row.cells));
-        QCOMPARE(fp.dialogs.shown.size(), 2);
-        const ShownDialog &lines = fp.dialogs.shown[0];
-        const ShownDialog &length = fp.dialogs.shown[1];
-        QCOMPARE(lines.title + "|" + lines.defaultText + "|" + lines.prompt,
-                 "Lines Per Page|23|How many lines on your braille page? If you are unsure, try "
-                 "the default by pressing enter");
-        QCOMPARE(length.title + "|" + length.defaultText + "|" + length.prompt,
-                 "Line Length|35|What is your braille line length? If you are unsure, try the "
-                 "default by pressing enter");
+        QCOMPARE(row.reply + ": " + QString::number(state.brailleLinesPerPage) + " x " +
+                     QString::number(state.brailleLineLength),
+                 row.reply + ": " + row.page);
+        QStringList asked;
+        for (const ShownDialog &shown : fp.dialogs.shown)
+            asked << shown.title + "|" + shown.defaultText + "|" + shown.prompt;
+        QCOMPARE(asked, (QStringList{"Lines Per Page|23|How many lines on your braille page? If "
+                                     "you are unsure, try the default by pressing enter",
+                                     "Line Length|35|What is your braille line length? If you "
+                                     "are unsure, try the default by pressing enter"}));
     }
 }
 

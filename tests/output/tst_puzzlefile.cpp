@@ -1,6 +1,5 @@
-#include "core/gamestate.h"
-#include "fakeplatform.h"
 #include "output/puzzlefile.h"
+#include "puzzles.h"
 
 #include <QDir>
 #include <QtTest>
@@ -18,16 +17,9 @@ const QString kQuestion = QStringLiteral(
 struct SaveRig {
     explicit SaveRig(const QStringList &words)
     {
-        state.rows = state.columns = 5;
-        const QStringList rows = QString::fromLatin1(kGrid).split("\r\n");
-        for (int r = 1; r <= 5; ++r)
-            for (int c = 1; c <= 5; ++c)
-                state.grid[r][c] = rows[r - 1].mid(c - 1, 1);
+        setPuzzle(state, kAlphabet, words);
         // A word left over from a longer list is never written.
         state.words[words.size() + 1] = QStringLiteral("leftover");
-        state.wordCount = static_cast<qint32>(words.size());
-        for (int i = 1; i <= state.wordCount; ++i)
-            state.words[i] = words[i - 1];
     }
     // Saves to `path` (empty: the dialog is cancelled), answering the question with `answer`.
     SaveResult save(const QString &path, MessageResult answer = MessageResult::No)

@@ -4,10 +4,8 @@
 // braille embosser queue each write what they print to a file, which is read
 // back: the PDF through pdftotext, the braille pages byte for byte.
 
-#include "core/gamestate.h"
-#include "fakeplatform.h"
 #include "keys.h"
-#include "output/pagelayout.h"
+#include "puzzles.h"
 #include "platform/brailleprinter.h"
 #include "platform/pageprinter.h"
 #include "platform/printqueue.h"
@@ -31,7 +29,6 @@ using namespace lexicove::test;
 
 namespace {
 
-const QStringList kAlphabet = {"abcde", "fghij", "klmno", "pqrst", "uvwxy"};
 const QStringList kWords = {"abc", "yxw", "agmsy", "zzz", "fgh", "klm"};
 
 // Where the print system's programs are, for a machine whose PATH lacks sbin.
@@ -84,84 +81,46 @@ QStringList pdfLines(const QString &pdf)
     return lines;
 }
 
-struct PrintRig {
-    PrintRig()
-    {
-        state.rows = state.columns = 5;
-        for (int r = 1; r <= 5; ++r)
-            for (int c = 1; c <= 5; ++c)
-                state.grid[r][c] = kAlphabet[r - 1].mid(c - 1, 1);
-        state.wordCount = static_cast<qint32>(kWords.size());
-        for (int i = 1; i <= state.wordCount; ++i)
-            state.words[i] = kWords[i - 1];
-        state.allowHorizontal = state.allowVertical = state.allowDiagonal = true;
-    }
-    // Runs a whole job on the printer `make` gives, answering Yes to the solution page.
-    JobResult job(OutputMode mode, std::function<std::unique_ptr<Printer>()> make,
-                  PrintDestination destination, const QString &fontSize = "12 point")
-    {
-        fp.fileDialogs.makePrinter = [&](const PrintRequest &) {
-            return PrintChoice{make(), 1, destination};
-        };
-        fp.dialogs.answers = {MessageResult::Yes};
-        JobWindow window;
-        window.chooseFromList = [&](const QString &, const QStringList &, int) { return fontSize; };
-        return OutputJob(state, fp.platform, window).OutputPuzzle(mode);
-    }
-    FakePlatform fp;
-    GameState state;
-};
-
 const QPageLayout kA4(QPageSize(QPageSize::A4), QPageLayout::Portrait, QMarginsF(15, 15, 15, 15),
                       QPageLayout::Millimeter);
 
-// Seven-line braille pages of 35 cells: the list, then the grid on a page of its own, broken
-// after its fourth row, then the solution page, whose lines run on to a further page.
-const QByteArray kBraillePages = "             Word List\r\n"
-                                 "\r\n"
-                                 "\r\n"
-                                 "abc         yxw         agmsy\r\n"
-                                 "zzz         fgh         klm\r\n"
-                                 "\f"
-                                 "              Puzzle\r\n"
-                                 "\r\n"
-                                 "\r\n"
-                                 "abcde\r\n"
-                                 "fghij\r\n"
-                                 "klmno\r\n"
-                                 "pqrst\r\n"
-                                 "\f"
-                                 "uvwxy\r\n"
-                                 "\f"
-                                 "          Puzzle Solution\r\n"
-                                 "\r\n"
-                                 "\r\n"
-                                 "abc is at row 1, col 1\r\n"
-                                 "yxw is at row 5, col 5\r\n"
-                                 "agmsy is at row 1, col 1\r\n"
-                                 "zzz is at row -1, col -1\r\n"
-                                 "\f"
-                                 "fgh is at row 2, col 1\r\n"
-                                 "klm is at row 3, col 1\r\n";
+// A whole job on the puzzle, answering Yes to the solution page, printed on the real printer of
+// the mode: A4 paper, or braille pages of 7 lines of 35 cells.
+JobResult printPuzzle(OutputMode mode, const PrintDestination &destination,
+                      const QString &fontSize = "12 point")
+{
+    OutputRig rig;
+    setPuzzle(rig.state, kAlphabet, kWords);
+    rig.fontSize = fontSize;
+    rig.fp.fileDialogs.makePrinter = [&](const PrintRequest &) {
+        std::unique_ptr<Printer> printer;
+        if (mode == OutputMode::Print)
+            printer = std::make_unique<PagePrinter>(kA4, destination);
+        else
+            printer = std::make_unique<BraillePrinter>(35, 7, destination);
+        return PrintChoice{std::move(printer), 1, destination};
+    };
+    return mode == OutputMode::Print ? rig.run(mode, true) : rig.braille(35, 7, true);
+}
+
+// The list, then the grid on a page of its own, broken after its fourth row, then the solution
+// page, whose lines run on to a further page.
+const QByteArray kBraillePages = "             Word List\r\n\r\n\r\n"
+                                 "abc         yxw         agmsy\r\nzzz         fgh         klm\r\n"
+                                 "\f              Puzzle\r\n\r\n\r\n"
+                                 "abcde\r\nfghij\r\nklmno\r\npqrst\r\n\fuvwxy\r\n"
+                                 "\f          Puzzle Solution\r\n\r\n\r\n"
+                                 "abc is at row 1, col 1\r\nyxw is at row 5, col 5\r\n"
+                                 "agmsy is at row 1, col 1\r\nzzz is at row -1, col -1\r\n"
+                                 "\ffgh is at row 2, col 1\r\nklm is at row 3, col 1\r\n";
 
 // The lines of a printed page: at 12 points on A4 the list takes one line of seven columns.
-const QStringList kPrintedLines = {"Word List",
-                                   "abc yxw agmsy zzz fgh klm",
-                                   "Puzzle",
-                                   "abcde",
-                                   "fghij",
-                                   "klmno",
-                                   "pqrst",
-                                   "uvwxy",
-                                   "page",
-                                   "Puzzle Solution",
-                                   "abc is at row 1, col 1",
-                                   "yxw is at row 5, col 5",
-                                   "agmsy is at row 1, col 1",
-                                   "zzz is at row -1, col -1",
-                                   "fgh is at row 2, col 1",
-                                   "klm is at row 3, col 1",
-                                   "page"};
+const QStringList kPrintedLines =
+    QString("Word List|abc yxw agmsy zzz fgh klm|Puzzle|abcde|fghij|klmno|pqrst|uvwxy|page|"
+            "Puzzle Solution|abc is at row 1, col 1|yxw is at row 5, col 5|"
+            "agmsy is at row 1, col 1|zzz is at row -1, col -1|fgh is at row 2, col 1|"
+            "klm is at row 3, col 1|page")
+        .split('|');
 
 } // namespace
 
@@ -248,11 +207,8 @@ void TestPrinting::cleanupTestCase()
 // A4), the grid rows, and the solution page's lines, one to a line.
 void TestPrinting::printModeToAPdfQueue()
 {
-    PrintRig rig;
-    const PrintDestination queue{PrintDestination::Kind::Queue, "pdffile"};
-    const JobResult result = rig.job(
-        OutputMode::Print, [&] { return std::make_unique<PagePrinter>(kA4, queue); }, queue,
-        "18 point");
+    const JobResult result =
+        printPuzzle(OutputMode::Print, {PrintDestination::Kind::Queue, "pdffile"}, "18 point");
     QCOMPARE(result.end, JobEnd::Printed);
     waitForFile(m_out + "/doc.pdf");
     QStringList expected = kPrintedLines;
@@ -265,12 +221,8 @@ void TestPrinting::printModeToAPdfQueue()
 // line and a form feed wherever a braille page is full (CUPS ends the job with one \032).
 void TestPrinting::brailleToAnEmbosserQueue()
 {
-    PrintRig rig;
-    rig.state.brailleLineLength = 35;
-    rig.state.brailleLinesPerPage = 7;
-    const PrintDestination queue{PrintDestination::Kind::Queue, "embosser"};
-    const JobResult result = rig.job(
-        OutputMode::Braille, [&] { return std::make_unique<BraillePrinter>(35, 7, queue); }, queue);
+    const JobResult result =
+        printPuzzle(OutputMode::Braille, {PrintDestination::Kind::Queue, "embosser"});
     QCOMPARE(result.end, JobEnd::Printed);
     QCOMPARE(waitForFile(m_out + "/emb.brf"), kBraillePages + "\032");
 }
@@ -282,23 +234,12 @@ void TestPrinting::printToFile()
     QTemporaryDir dir;
     const QString pdf = dir.filePath("puzzle.pdf");
     const QString brf = dir.filePath("puzzle.brf");
-    PrintRig rig;
-    rig.state.brailleLineLength = 35;
-    rig.state.brailleLinesPerPage = 7;
-    const PrintDestination pdfFile{PrintDestination::Kind::File, pdf};
-    const PrintDestination brfFile{PrintDestination::Kind::File, brf};
-    QCOMPARE(rig.job(
-                    OutputMode::Print, [&] { return std::make_unique<PagePrinter>(kA4, pdfFile); },
-                    pdfFile)
-                 .end,
+    QCOMPARE(printPuzzle(OutputMode::Print, {PrintDestination::Kind::File, pdf}).end,
              JobEnd::Printed);
     QCOMPARE(pdfLines(pdf), kPrintedLines);
     // "Courier New" is Liberation Mono here, with letters of equal width.
     QVERIFY(run("pdffonts", {pdf}).contains("LiberationMono"));
-    QCOMPARE(rig.job(
-                    OutputMode::Braille,
-                    [&] { return std::make_unique<BraillePrinter>(35, 7, brfFile); }, brfFile)
-                 .end,
+    QCOMPARE(printPuzzle(OutputMode::Braille, {PrintDestination::Kind::File, brf}).end,
              JobEnd::Printed);
     QFile written(brf);
     QVERIFY(written.open(QIODevice::ReadOnly));
@@ -333,13 +274,7 @@ void TestPrinting::refusedJobsAreNamed()
     for (const auto &row : table) {
         if (!row.server.isEmpty())
             cupsSetServer(QFile::encodeName(row.server).constData());
-        PrintRig rig;
-        rig.state.brailleLineLength = 35;
-        rig.state.brailleLinesPerPage = 23;
-        const JobResult result = rig.job(
-            OutputMode::Braille,
-            [&] { return std::make_unique<BraillePrinter>(35, 23, row.destination); },
-            row.destination);
+        const JobResult result = printPuzzle(OutputMode::Braille, row.destination);
         cupsSetServer(nullptr);
         QCOMPARE(result.end, JobEnd::Failed);
         const QString message = JobMessage(result);

@@ -1,5 +1,6 @@
 #include "keys.h"
 #include "play/frmsearch.h"
+#include "puzzles.h"
 #include "windowrig.h"
 
 #include <QListWidget>
@@ -12,8 +13,6 @@ namespace {
 
 using Cell = std::pair<int, int>; // row, column, from 1
 
-// 5 x 5 with a different letter in every cell: a sound or a run tells the cells.
-const QStringList kAlphabet = {"abcde", "fghij", "klmno", "pqrst", "uvwxy"};
 const QString kMark = QStringLiteral("mark.wav");
 const QString kExit = QStringLiteral("Really exit this word search?");
 const QString kSameCell = QStringLiteral(
@@ -40,13 +39,7 @@ struct PuzzleRig : WindowRig<FrmSearch> {
     bool open(const QStringList &rows, const QStringList &words, qint32 timeLimit = 0,
               bool hide = false)
     {
-        state.rows = state.columns = 5;
-        for (int r = 1; r <= 5; ++r)
-            for (int c = 1; c <= 5; ++c)
-                state.grid[r][c] = rows[r - 1].mid(c - 1, 1);
-        state.wordCount = static_cast<qint32>(words.size());
-        for (int i = 1; i <= state.wordCount; ++i)
-            state.words[i] = words[i - 1];
+        setPuzzle(state, rows, words);
         state.timeLimit = timeLimit;
         state.hideWords = hide;
         return WindowRig::open() && focused() == grid();

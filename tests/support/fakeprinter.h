@@ -43,23 +43,67 @@ struct PrinterScript {
 
 class RecordingPrinter final : public DocumentPrinter {
 public:
-    RecordingPrinter(const PrinterScript &script, PrintRecord &record);
+    RecordingPrinter(const PrinterScript &script, PrintRecord &record)
+        : DocumentPrinter(script.startPoints), m_script(script), m_record(record)
+    {
+        m_record = PrintRecord{};
+    }
 
-    void setCopies(int copies) override;
-    void setFontName(const QString &name) override;
-    void setFontSize(double points) override;
-    void setCurrentX(double x) override;
+    void setCopies(int n) override
+    {
+        DocumentPrinter::setCopies(n);
+        note("copies", n);
+    }
+    void setFontName(const QString &name) override
+    {
+        DocumentPrinter::setFontName(name);
+        note("font " + name);
+    }
+    void setFontSize(double points) override
+    {
+        DocumentPrinter::setFontSize(points);
+        note("size", points);
+    }
+    void setCurrentX(double x) override
+    {
+        DocumentPrinter::setCurrentX(x);
+        note("x", x);
+    }
     double printableWidth() const override { return m_script.width; }
     double printableHeight() const override { return m_script.height; }
-    double textWidth(const QString &text) const override;
-    double textHeight(const QString &text) const override;
-    void print(const QString &text, bool stayOnLine) override;
-    void newPage() override;
-    bool endDocument(QString &error) override;
-    void abandonDocument() override;
+    double textWidth(const QString &text) const override
+    {
+        return text.size() * m_script.cellWidth * scale();
+    }
+    double textHeight(const QString &) const override { return m_script.cellHeight * scale(); }
+    void print(const QString &text, bool stay) override
+    {
+        note("print " + text + (stay ? ";" : ""));
+        DocumentPrinter::print(text, stay);
+    }
+    void newPage() override
+    {
+        note("page");
+        DocumentPrinter::newPage();
+    }
+    void abandonDocument() override
+    {
+        note("abandon");
+        DocumentPrinter::abandonDocument();
+    }
+    bool endDocument(QString &error) override
+    {
+        note("end");
+        m_record.pages = pages();
+        m_record.ended = m_script.failure.isEmpty();
+        error = m_script.failure;
+        return m_record.ended;
+    }
 
 private:
-    double scale() const;
+    double scale() const { return m_script.scaled ? fontSize() / m_script.startPoints : 1.0; }
+    void note(const QString &entry) { m_record.log << entry; }
+    void note(const QString &what, double value) { note(what + ' ' + QString::number(value)); }
 
     PrinterScript m_script;
     PrintRecord &m_record;
