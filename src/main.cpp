@@ -9,6 +9,8 @@ int main(int argc, char *argv[])
 {
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Lexicove"));
+    // Ties the windows to the desktop entry (its icon in docks and task bars).
+    QGuiApplication::setDesktopFileName(QStringLiteral(LEXICOVE_APP_ID));
     // Windows hand the player on to each other, so there are moments with no
     // window shown; the game ends the run itself.
     QApplication::setQuitOnLastWindowClosed(false);

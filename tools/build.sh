@@ -15,6 +15,8 @@ if [ "$mode" = test ]; then
     packages+=(xvfb openbox xdotool dbus at-spi2-core python3 python3-pyatspi)
     # A private print server with a PDF queue and a braille embosser queue.
     packages+=(cups-daemon cups-client cups-filters liblouis-bin liblouis-data poppler-utils)
+    # The installed game, started from its menu entry and checked.
+    packages+=(desktop-file-utils appstream inotify-tools)
 fi
 
 missing=()
