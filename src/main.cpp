@@ -9,6 +9,8 @@ int main(int argc, char *argv[])
 {
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Lexicove"));
+    // Ties the windows to the desktop entry (its icon in docks and task bars).
+    QGuiApplication::setDesktopFileName(QStringLiteral(LEXICOVE_APP_ID));
     // Windows hand the player on to each other, so there are moments with no
     // window shown; the game ends the run itself.
     QApplication::setQuitOnLastWindowClosed(false);
@@ -23,6 +25,9 @@ int main(int argc, char *argv[])
     lexicove::Platform platform{dialogs, sound, clock, random, system, files, fileDialogs};
     // The sounds load in the background while the main menu comes up.
     sound.preloadFolder(system.programFolder());
+    // A new player finds their word list folder, with the starter lists in
+    // it, from the first start on.
+    system.wordListFolder();
     lexicove::GameState state;
 
     int result = 0;

@@ -67,10 +67,12 @@ public:
     virtual ~SystemInfo() = default;
     // The operating system's system folder; empty when it can't be had.
     virtual QString systemDirectory() = 0;
-    // The folder of the program itself; the sounds lie in it.
+    // The program folder, where the sounds lie: the folder of the program
+    // itself, or an installed game's data folder.
     virtual QString programFolder() = 0;
-    // Where the word lists are kept: the program folder when it is writable,
-    // otherwise the user's application data folder.
+    // Where the word lists are kept: the folder of the program itself when it
+    // is a program folder the user can write, otherwise the user's
+    // application data folder.
     virtual QString wordListFolder() = 0;
 };
 

@@ -12,7 +12,6 @@
 #include <QSaveFile>
 #include <QStandardPaths>
 #include <QStringDecoder>
-#include <QTemporaryFile>
 #include <QTime>
 #include <QUrl>
 
@@ -134,43 +133,24 @@ QString QtSystemInfo::systemDirectory()
 #endif
 }
 
+const ProgramFiles &QtSystemInfo::programFiles()
+{
+    if (!m_programFiles)
+        m_programFiles = FindProgramFiles(QCoreApplication::applicationDirPath());
+    return *m_programFiles;
+}
+
 QString QtSystemInfo::programFolder()
 {
-    return QCoreApplication::applicationDirPath();
+    return programFiles().sounds;
 }
-
-namespace {
-
-// A folder is writable when a file can really be made in it (permission bits
-// alone don't tell, for example for root or on a read-only mount).
-bool canWriteIn(const QString &folder)
-{
-    QTemporaryFile probe(QDir(folder).filePath(QStringLiteral("lexicove-probe-XXXXXX")));
-    return probe.open();
-}
-
-} // namespace
 
 QString QtSystemInfo::wordListFolder()
 {
-    if (!m_wordListFolder.isEmpty())
-        return m_wordListFolder;
-    const QString program = programFolder();
-    if (canWriteIn(program)) {
-        m_wordListFolder = program;
-        return program;
-    }
-    const QString data = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
-    if (!QFileInfo::exists(data) && QDir().mkpath(data)) {
-        // A new player's first lists: the starter lists shipped beside the
-        // program. Copied once, when the folder is made, so a list the player
-        // deleted never comes back.
-        QtFiles files;
-        for (const QString &name : files.list(program, QStringLiteral(".wds")))
-            QFile::copy(QDir(program).filePath(name), QDir(data).filePath(name));
-    }
-    m_wordListFolder = data;
-    return data;
+    if (m_wordListFolder.isEmpty())
+        m_wordListFolder = PrepareWordListFolder(
+            programFiles(), QStandardPaths::writableLocation(QStandardPaths::AppDataLocation));
+    return m_wordListFolder;
 }
 
 QStringList QtFiles::list(const QString &folder, const QString &extension)

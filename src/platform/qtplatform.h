@@ -1,11 +1,13 @@
 #pragma once
 
 #include "platform/platform.h"
+#include "platform/programfiles.h"
 #include "platform/qtsound.h" // the sound player lives on its own
 
 #include <QHash>
 #include <QPointer>
 
+#include <optional>
 #include <random>
 
 namespace lexicove {
@@ -41,11 +43,16 @@ private:
 class QtSystemInfo final : public SystemInfo {
 public:
     QString systemDirectory() override;
+    // The sounds' folder: the executable's own, or an installed game's data
+    // folder (programfiles.h).
     QString programFolder() override;
     QString wordListFolder() override;
 
 private:
-    QString m_wordListFolder; // found once per run
+    const ProgramFiles &programFiles();
+
+    std::optional<ProgramFiles> m_programFiles; // found once per run
+    QString m_wordListFolder;                   // found once per run
 };
 
 class QtFiles final : public Files {

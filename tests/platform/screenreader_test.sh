@@ -37,15 +37,8 @@ ls "$sounds"/*.wav >/dev/null 2>&1 || sounds=$source_dir/assets/sounds
 cp "$sounds"/*.wav "$work/program/" 2>/dev/null
 cp "$source_dir"/assets/wordlists/*.wds "$work/program/" || exit 1
 
-# A display of our own: Xvfb picks a free number and writes it to fd 3.
-Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp 3>"$work/display" >"$work/xvfb.log" 2>&1 &
-xvfb_pid=$!
-for _ in $(seq 100); do
-    [ -s "$work/display" ] && break
-    sleep 0.1
-done
-[ -s "$work/display" ] || { echo "FAILED: Xvfb did not start:"; cat "$work/xvfb.log"; exit 1; }
-export DISPLAY=:$(head -n1 "$work/display")
+. "$here/../support/xdisplay.sh"
+start_xvfb "$work" || exit 1
 
 # Without a window manager the focus does not come back after a dialog.
 openbox --sm-disable >/dev/null 2>&1 &
