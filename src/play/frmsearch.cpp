@@ -217,10 +217,17 @@ void FrmSearch::MarkLetter()
 void FrmSearch::Perform(const Replies &replies)
 {
     for (const Reply &reply : replies) {
-        if (reply.kind == Reply::Kind::Sound)
+        switch (reply.kind) {
+        case Reply::Kind::Sound:
             PlaySound(reply.text);
-        else
+            break;
+        case Reply::Kind::ClosingSound:
+            PlaySound(m_play.ClosingSound());
+            break;
+        case Reply::Kind::Message:
             ShowMessage(reply.text);
+            break;
+        }
     }
 }
 
