@@ -48,7 +48,6 @@ FrmSearch::FrmSearch(GameState &state, Platform &platform, Navigator &navigator)
 
     flex = new PuzzleGrid(this);
     flex->setObjectName(QStringLiteral("flex"));
-    flex->setAccessibleName(QStringLiteral("Puzzle"));
     flex->setEditTriggers(QAbstractItemView::NoEditTriggers);
     flex->setSelectionMode(QAbstractItemView::SingleSelection);
     flex->setSelectionBehavior(QAbstractItemView::SelectItems);
@@ -96,8 +95,7 @@ bool FrmSearch::Form_Load()
     m_play.ClearFound();
     FillGridView();
     // The cursor starts on the first letter, and the letter is heard.
-    connect(flex, &QTableWidget::currentCellChanged, this,
-            [this](int row, int column, int, int) { flex_RowColChange(row, column); });
+    connect(flex, &PuzzleGrid::cursorMoved, this, &FrmSearch::flex_RowColChange);
     flex->setCurrentCell(0, 0);
     // A new window starts with every word to find and no mark pending.
     m_play.Begin();
@@ -143,8 +141,6 @@ void FrmSearch::FillGridView()
             auto *cell = new QTableWidgetItem(letter);
             cell->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
             cell->setTextAlignment(Qt::AlignCenter);
-            // A screen reader reads the letter, then the row and column.
-            cell->setData(Qt::AccessibleTextRole, letter);
             flex->setItem(r - 1, c - 1, cell);
         }
     }
@@ -193,16 +189,12 @@ bool FrmSearch::Form_KeyPress(int code)
     return false;
 }
 
-void FrmSearch::flex_RowColChange(int currentRow, int currentColumn)
+void FrmSearch::flex_RowColChange()
 {
-    if (currentRow < 0 || currentColumn < 0)
-        return;
-    const QTableWidgetItem *cell = flex->item(currentRow, currentColumn);
-    const QString letter = cell ? cell->text().trimmed() : QString();
     // A cell without a letter says nothing.
-    if (letter.isEmpty())
-        return;
-    PlaySound(letter + QStringLiteral(".wav"));
+    const QString letter = flex->currentLetter();
+    if (!letter.isEmpty())
+        PlaySound(letter + QStringLiteral(".wav"));
 }
 
 void FrmSearch::MarkLetter()

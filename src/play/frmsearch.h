@@ -2,9 +2,9 @@
 
 #include "platform/printer.h"
 #include "play/marking.h"
+#include "play/puzzlegrid.h"
 
 #include <QMainWindow>
-#include <QTableWidget>
 
 class QAction;
 class QMenu;
@@ -14,15 +14,6 @@ namespace lexicove {
 struct GameState;
 struct Platform;
 class Navigator;
-
-// The letter grid of the puzzle window. Typed characters never move its
-// cursor (a plain table would jump to the next cell starting with the letter).
-class PuzzleGrid final : public QTableWidget {
-    Q_OBJECT
-public:
-    using QTableWidget::QTableWidget;
-    void keyboardSearch(const QString &) override {}
-};
 
 // The puzzle window, where a puzzle is played. The table `flex` shows grid
 // cell (r, c) in its row r - 1 and column c - 1; its row and column headers
@@ -61,7 +52,7 @@ private:
     void SizeToGrid();
     // Returns true when the character was one the window acts on.
     bool Form_KeyPress(int code);
-    void flex_RowColChange(int currentRow, int currentColumn);
+    void flex_RowColChange();
     void MarkLetter();
     void Perform(const Replies &replies);
     void PlaySound(const QString &name);
