@@ -14,6 +14,7 @@
 #include <QStringDecoder>
 #include <QTemporaryFile>
 #include <QTime>
+#include <QTimer>
 #include <QUrl>
 
 #include <algorithm>
@@ -102,6 +103,11 @@ quint32 SystemClock::tickCount()
 double SystemClock::secondsSinceMidnight()
 {
     return QTime::currentTime().msecsSinceStartOfDay() / 1000.0;
+}
+
+void SystemClock::callAfter(int ms, QObject *receiver, std::function<void()> action)
+{
+    QTimer::singleShot(ms, receiver, std::move(action));
 }
 
 void SystemRandom::seed(double value)

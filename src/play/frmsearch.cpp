@@ -57,6 +57,8 @@ FrmSearch::FrmSearch(GameState &state, Platform &platform, Navigator &navigator)
     flex->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     flex->installEventFilter(this);
     setCentralWidget(flex);
+    connect(flex, &PuzzleGrid::focusEntered, this, &FrmSearch::ReplayLetterSoon);
+    connect(flex, &PuzzleGrid::focusLeft, this, [this] { ++m_gridEvents; });
 
     BuildMenu();
 }
@@ -94,9 +96,10 @@ bool FrmSearch::Form_Load()
 {
     m_play.ClearFound();
     FillGridView();
-    // The cursor starts on the first letter, and the letter is heard.
-    connect(flex, &PuzzleGrid::cursorMoved, this, &FrmSearch::flex_RowColChange);
+    // The cursor starts on the first letter; it is heard once the window is
+    // active and the grid has the focus.
     flex->setCurrentCell(0, 0);
+    connect(flex, &PuzzleGrid::cursorMoved, this, &FrmSearch::flex_RowColChange);
     // A new window starts with every word to find and no mark pending.
     m_play.Begin();
     SizeToGrid();
@@ -191,10 +194,27 @@ bool FrmSearch::Form_KeyPress(int code)
 
 void FrmSearch::flex_RowColChange()
 {
+    ++m_gridEvents;
+    PlayCurrentLetter();
+}
+
+void FrmSearch::PlayCurrentLetter()
+{
     // A cell without a letter says nothing.
     const QString letter = flex->currentLetter();
     if (!letter.isEmpty())
         PlaySound(letter + QStringLiteral(".wav"));
+}
+
+void FrmSearch::ReplayLetterSoon()
+{
+    const quint64 ticket = ++m_gridEvents;
+    m_platform.clock.callAfter(kLetterAfterFocusMs, this, [this, ticket] {
+        if (ticket != m_gridEvents || !flex->hasFocus() || !isActiveWindow())
+            return;
+        flex->focusAnnounced();
+        PlayCurrentLetter();
+    });
 }
 
 void FrmSearch::MarkLetter()
@@ -325,6 +345,7 @@ void FrmSearch::BackToGrid()
     raise();
     activateWindow();
     flex->setFocus();
+    ReplayLetterSoon();
 }
 
 void FrmSearch::mnuExit_Click()

@@ -61,7 +61,7 @@ QString PuzzleGrid::currentLetter() const
 
 QString PuzzleGrid::whereText() const
 {
-    if (currentRow() < 0 || currentColumn() < 0)
+    if (!m_tellPlace || currentRow() < 0 || currentColumn() < 0)
         return QString();
     return QStringLiteral("row %1, column %2").arg(currentRow() + 1).arg(currentColumn() + 1);
 }
@@ -71,8 +71,10 @@ void PuzzleGrid::currentChanged(const QModelIndex &current, const QModelIndex &p
     // The table's own version would tell assistive technology that the cell
     // took the focus; the view's does the rest.
     QAbstractItemView::currentChanged(current, previous);
-    if (current.isValid())
+    if (current.isValid()) {
+        m_tellPlace = true;
         emit cursorMoved(current.row() + 1, current.column() + 1);
+    }
 }
 
 void PuzzleGrid::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
@@ -83,6 +85,7 @@ void PuzzleGrid::selectionChanged(const QItemSelection &selected, const QItemSel
 
 void PuzzleGrid::focusInEvent(QFocusEvent *event)
 {
+    m_tellPlace = false;
     QTableWidget::focusInEvent(event);
     emit focusEntered();
 }

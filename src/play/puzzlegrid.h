@@ -13,7 +13,10 @@ namespace lexicove {
 // selection events for the cell under the cursor are never sent: a move gives
 // a screen reader nothing to say, so the game's letter sound is the one
 // announcement. Asked for its description (Orca's "where am I"), the pane
-// tells the cursor's row and column.
+// tells the cursor's row and column; but a screen reader also reads the
+// description, unasked, when it announces the grid taking the focus, so from
+// each focus-in until the window calls focusAnnounced() or the cursor moves
+// the description is empty.
 //
 // Whatever follows the cursor (the letter sound, a braille display) hangs on
 // the three signals below. Typed characters never move the cursor (a plain
@@ -26,8 +29,11 @@ public:
     // The letter under the cursor, without blanks; empty when none.
     QString currentLetter() const;
     // "row R, column C" of the cursor, numbered from 1, for a screen reader's
-    // "where am I"; empty when there is no cursor.
+    // "where am I"; empty when there is no cursor or the focus has just come.
     QString whereText() const;
+    // A screen reader has announced the grid taking the focus: from now on
+    // the description tells the cursor's place.
+    void focusAnnounced() { m_tellPlace = true; }
 
     void keyboardSearch(const QString &) override {}
 
@@ -43,6 +49,9 @@ protected:
                           const QItemSelection &deselected) override;
     void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
+
+private:
+    bool m_tellPlace = false;
 };
 
 } // namespace lexicove
