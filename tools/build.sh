@@ -14,6 +14,8 @@ packages=(cmake make g++ qt6-base-dev qt6-multimedia-dev libcups2-dev libbenchma
           fonts-liberation)
 if [ "$mode" = test ]; then
     packages+=(xvfb openbox xdotool dbus at-spi2-core python3 python3-pyatspi)
+    # A private sound server whose output the sound soak test listens to.
+    packages+=(pulseaudio pulseaudio-utils)
     # A private print server with a PDF queue and a braille embosser queue.
     packages+=(cups-daemon cups-client cups-filters liblouis-bin liblouis-data poppler-utils)
     # The installed game and its package, checked.

@@ -12,6 +12,9 @@
 #include <QStringList>
 #include <QtGlobal>
 
+#include <functional>
+
+class QObject;
 class QWidget;
 
 namespace lexicove {
@@ -49,6 +52,9 @@ public:
     virtual quint32 tickCount() = 0;
     // Seconds since midnight, with their fraction.
     virtual double secondsSinceMidnight() = 0;
+    // Runs action once, ms milliseconds from now, in the calling thread; not
+    // at all if receiver is gone by then.
+    virtual void callAfter(int ms, QObject *receiver, std::function<void()> action) = 0;
 };
 
 // The program's one random generator.

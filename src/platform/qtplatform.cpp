@@ -13,6 +13,7 @@
 #include <QStandardPaths>
 #include <QStringDecoder>
 #include <QTime>
+#include <QTimer>
 #include <QUrl>
 
 #include <algorithm>
@@ -101,6 +102,11 @@ quint32 SystemClock::tickCount()
 double SystemClock::secondsSinceMidnight()
 {
     return QTime::currentTime().msecsSinceStartOfDay() / 1000.0;
+}
+
+void SystemClock::callAfter(int ms, QObject *receiver, std::function<void()> action)
+{
+    QTimer::singleShot(ms, receiver, std::move(action));
 }
 
 void SystemRandom::seed(double value)

@@ -29,6 +29,7 @@ class SystemClock final : public Clock {
 public:
     quint32 tickCount() override;
     double secondsSinceMidnight() override;
+    void callAfter(int ms, QObject *receiver, std::function<void()> action) override;
 };
 
 class SystemRandom final : public Random {

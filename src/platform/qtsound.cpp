@@ -104,12 +104,15 @@ bool isWholeWaveFile(const QString &path)
 // The part of the player that lives in the sound thread.
 //
 // m_sounds maps a file's cleaned path to what is known of it: whether it is
-// a whole wave file, and its effect (none when there is no audio device). An
-// effect cut off while it plays is replaced by a fresh one on the same file
-// (the samples are shared, so this costs no loading): on PulseAudio an effect
-// restarted after being stopped mid-sound stays silent for about 70 ms, one
-// never cut starts at once. finish() stops every effect and deletes them only
-// when none is still loading (releasing a sample while another loads can
+// a whole wave file, and an effect that holds its samples in Qt's cache (none
+// when there is no audio device). That effect is never played: every play
+// gets a fresh effect on the file, which finds the samples loaded, and the
+// one before it is stopped and deleted. On PulseAudio a QSoundEffect that is
+// played again opens its stream asking for the buffer granted last time,
+// which the server shrinks on every replay, until around the tenth replay
+// the sound stutters and then never starts (while the effect still reports
+// that it plays). finish() stops every effect and deletes them only when
+// none is still loading (releasing a sample while another loads can
 // deadlock in Qt's sample cache); otherwise they are left to the end of the
 // process.
 class SoundPlayer {
@@ -146,13 +149,13 @@ public:
 
     void play(const QString &key)
     {
-        cutOff();
+        stopPlaying();
         const File &sound = soundFor(key);
-        if (!sound.playable || (sound.effect && sound.effect->status() == QSoundEffect::Error)) {
+        if (!sound.playable || (sound.samples && sound.samples->status() == QSoundEffect::Error)) {
             beep();
-        } else if (sound.effect) {
-            sound.effect->play(); // one still loading starts once it has loaded
-            m_current = key;
+        } else if (sound.samples) {
+            m_playing = makeEffect(key);
+            m_playing->play(); // one still loading starts once it has loaded
             m_streamed = true;
         }
         ++handled;
@@ -161,10 +164,10 @@ public:
     bool anyLoading() const
     {
         for (const File &sound : m_sounds) {
-            if (sound.effect && sound.effect->status() == QSoundEffect::Loading)
+            if (sound.samples && sound.samples->status() == QSoundEffect::Loading)
                 return true;
         }
-        return false;
+        return m_playing && m_playing->status() == QSoundEffect::Loading;
     }
 
     // Runs this thread's events (the effects learn there that they have
@@ -182,14 +185,12 @@ public:
 
     void finish()
     {
-        m_current.clear();
-        for (const File &sound : std::as_const(m_sounds)) {
-            if (sound.effect)
-                sound.effect->stop();
-        }
+        if (m_playing)
+            m_playing->stop();
         if (waitForLoads(QDeadlineTimer(kLoadWaitMs))) {
+            delete std::exchange(m_playing, nullptr);
             for (const File &sound : std::as_const(m_sounds))
-                delete sound.effect;
+                delete sound.samples;
         } else {
             qWarning("Lexicove: a sound file is still loading; its sounds are left to the end "
                      "of the program");
@@ -203,8 +204,8 @@ public:
 
 private:
     struct File {
-        bool playable = false;          // a whole wave file
-        QSoundEffect *effect = nullptr; // none without an audio device
+        bool playable = false;           // a whole wave file
+        QSoundEffect *samples = nullptr; // none without an audio device
     };
 
     // Asked once: without an audio device QSoundEffect can't sound, and
@@ -234,30 +235,23 @@ private:
         File sound;
         sound.playable = !m_folders.contains(folderOf(key)) && isWholeWaveFile(key);
         if (sound.playable && hasAudioDevice())
-            sound.effect = makeEffect(key);
+            sound.samples = makeEffect(key);
         return *m_sounds.insert(key, sound);
     }
 
-    // Stops the sound still playing, if any.
-    void cutOff()
+    // Stops the sound still playing, if any, and lets go of its effect; the
+    // samples stay with the file's own effect.
+    void stopPlaying()
     {
-        if (m_current.isEmpty())
+        if (!m_playing)
             return;
-        const QString key = std::exchange(m_current, QString());
-        File &sound = m_sounds[key];
-        if (!sound.effect->isPlaying())
-            return; // it ended by itself and can start again at once
-        QSoundEffect *old = sound.effect;
-        old->stop();
-        // The new effect holds the samples before the old one lets go of
-        // them, so they are never released (and reloaded) on the way.
-        sound.effect = makeEffect(key);
-        delete old;
+        m_playing->stop();
+        delete std::exchange(m_playing, nullptr);
     }
 
     QHash<QString, File> m_sounds;
-    QSet<QString> m_folders; // loaded whole; cleaned paths
-    QString m_current;       // the file of the effect last started
+    QSet<QString> m_folders;           // loaded whole; cleaned paths
+    QSoundEffect *m_playing = nullptr; // the effect of the last play
     std::optional<bool> m_hasAudioDevice;
     bool m_streamed = false; // an effect has been started on an audio device
 

@@ -19,10 +19,10 @@ class SoundPlayer;
 // The calling thread only posts requests, so a key press is never held up by
 // the file or the audio device: opening an audio stream waits on the sound
 // server, and on a busy or stuck server that wait is long. The sound thread
-// owns one QSoundEffect per file, made when the file is first named
-// (preloadFolder() names every sound of the program folder at start) and
-// kept for the rest of the run, so that its samples are decoded once and a
-// later play only starts an effect that is ready.
+// loads each file once, when it is first named (preloadFolder() names every
+// sound of the program folder at start), and keeps its samples for the rest
+// of the run; each play starts a fresh effect on them, since an effect
+// played again can fall silent.
 //
 // Requests are coalesced: when several plays arrive while the sound thread is
 // busy, only the newest is played, since each would cut off the one before.

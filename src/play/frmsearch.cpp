@@ -48,7 +48,6 @@ FrmSearch::FrmSearch(GameState &state, Platform &platform, Navigator &navigator)
 
     flex = new PuzzleGrid(this);
     flex->setObjectName(QStringLiteral("flex"));
-    flex->setAccessibleName(QStringLiteral("Puzzle"));
     flex->setEditTriggers(QAbstractItemView::NoEditTriggers);
     flex->setSelectionMode(QAbstractItemView::SingleSelection);
     flex->setSelectionBehavior(QAbstractItemView::SelectItems);
@@ -58,6 +57,8 @@ FrmSearch::FrmSearch(GameState &state, Platform &platform, Navigator &navigator)
     flex->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     flex->installEventFilter(this);
     setCentralWidget(flex);
+    connect(flex, &PuzzleGrid::focusEntered, this, &FrmSearch::ReplayLetterSoon);
+    connect(flex, &PuzzleGrid::focusLeft, this, [this] { ++m_gridEvents; });
 
     BuildMenu();
 }
@@ -95,10 +96,10 @@ bool FrmSearch::Form_Load()
 {
     m_play.ClearFound();
     FillGridView();
-    // The cursor starts on the first letter, and the letter is heard.
-    connect(flex, &QTableWidget::currentCellChanged, this,
-            [this](int row, int column, int, int) { flex_RowColChange(row, column); });
+    // The cursor starts on the first letter; it is heard once the window is
+    // active and the grid has the focus.
     flex->setCurrentCell(0, 0);
+    connect(flex, &PuzzleGrid::cursorMoved, this, &FrmSearch::flex_RowColChange);
     // A new window starts with every word to find and no mark pending.
     m_play.Begin();
     SizeToGrid();
@@ -143,8 +144,6 @@ void FrmSearch::FillGridView()
             auto *cell = new QTableWidgetItem(letter);
             cell->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
             cell->setTextAlignment(Qt::AlignCenter);
-            // A screen reader reads the letter, then the row and column.
-            cell->setData(Qt::AccessibleTextRole, letter);
             flex->setItem(r - 1, c - 1, cell);
         }
     }
@@ -193,16 +192,29 @@ bool FrmSearch::Form_KeyPress(int code)
     return false;
 }
 
-void FrmSearch::flex_RowColChange(int currentRow, int currentColumn)
+void FrmSearch::flex_RowColChange()
 {
-    if (currentRow < 0 || currentColumn < 0)
-        return;
-    const QTableWidgetItem *cell = flex->item(currentRow, currentColumn);
-    const QString letter = cell ? cell->text().trimmed() : QString();
+    ++m_gridEvents;
+    PlayCurrentLetter();
+}
+
+void FrmSearch::PlayCurrentLetter()
+{
     // A cell without a letter says nothing.
-    if (letter.isEmpty())
-        return;
-    PlaySound(letter + QStringLiteral(".wav"));
+    const QString letter = flex->currentLetter();
+    if (!letter.isEmpty())
+        PlaySound(letter + QStringLiteral(".wav"));
+}
+
+void FrmSearch::ReplayLetterSoon()
+{
+    const quint64 ticket = ++m_gridEvents;
+    m_platform.clock.callAfter(kLetterAfterFocusMs, this, [this, ticket] {
+        if (ticket != m_gridEvents || !flex->hasFocus() || !isActiveWindow())
+            return;
+        flex->focusAnnounced();
+        PlayCurrentLetter();
+    });
 }
 
 void FrmSearch::MarkLetter()
@@ -217,10 +229,17 @@ void FrmSearch::MarkLetter()
 void FrmSearch::Perform(const Replies &replies)
 {
     for (const Reply &reply : replies) {
-        if (reply.kind == Reply::Kind::Sound)
+        switch (reply.kind) {
+        case Reply::Kind::Sound:
             PlaySound(reply.text);
-        else
+            break;
+        case Reply::Kind::ClosingSound:
+            PlaySound(m_play.ClosingSound());
+            break;
+        case Reply::Kind::Message:
             ShowMessage(reply.text);
+            break;
+        }
     }
 }
 
@@ -326,6 +345,7 @@ void FrmSearch::BackToGrid()
     raise();
     activateWindow();
     flex->setFocus();
+    ReplayLetterSoon();
 }
 
 void FrmSearch::mnuExit_Click()

@@ -2,9 +2,9 @@
 
 #include "platform/printer.h"
 #include "play/marking.h"
+#include "play/puzzlegrid.h"
 
 #include <QMainWindow>
-#include <QTableWidget>
 
 class QAction;
 class QMenu;
@@ -15,23 +15,24 @@ struct GameState;
 struct Platform;
 class Navigator;
 
-// The letter grid of the puzzle window. Typed characters never move its
-// cursor (a plain table would jump to the next cell starting with the letter).
-class PuzzleGrid final : public QTableWidget {
-    Q_OBJECT
-public:
-    using QTableWidget::QTableWidget;
-    void keyboardSearch(const QString &) override {}
-};
-
 // The puzzle window, where a puzzle is played. The table `flex` shows grid
 // cell (r, c) in its row r - 1 and column c - 1; its row and column headers
 // carry the numbers 1 to rows and 1 to columns, so the cursor can only rest
 // on letters. Each move of the cursor plays the letter's sound; Space marks
-// (Marking holds the game in progress), Escape asks to leave.
+// (Marking holds the game in progress), Escape asks to leave. Whenever the
+// grid gets the focus (the window opening, coming back after a message, the
+// words list or a command) the letter under the cursor plays again, once a
+// screen reader has had time to announce the window.
 class FrmSearch final : public QMainWindow {
     Q_OBJECT
 public:
+    // How long after the grid gets the focus its letter plays. A screen
+    // reader first announces the window and the grid, and a letter under
+    // that speech is hard to make out: with Orca 43 at its default settings
+    // (espeak-ng, key echo on) "return. Lexicove frame. Puzzle panel." ends
+    // 2.2 s after the focus comes back, about 1.7 s without the key echo.
+    static constexpr int kLetterAfterFocusMs = 2300;
+
     FrmSearch(GameState &state, Platform &platform, Navigator &navigator);
 
     // Shows the puzzle of the game state and starts play. Always true: the
@@ -61,7 +62,11 @@ private:
     void SizeToGrid();
     // Returns true when the character was one the window acts on.
     bool Form_KeyPress(int code);
-    void flex_RowColChange(int currentRow, int currentColumn);
+    void flex_RowColChange();
+    // Plays the letter under the cursor once the screen reader has spoken,
+    // unless the cursor moves or the grid loses the focus meanwhile.
+    void ReplayLetterSoon();
+    void PlayCurrentLetter();
     void MarkLetter();
     void Perform(const Replies &replies);
     void PlaySound(const QString &name);
@@ -80,6 +85,9 @@ private:
     Navigator &m_navigator;
     Marking m_play;
     bool m_leaving = false;
+    // Counts the moves and focus changes of the grid; a replay waiting for
+    // an older count is dropped.
+    quint64 m_gridEvents = 0;
 
     PuzzleGrid *flex;
     QMenu *mnuPuzzle;

@@ -102,6 +102,12 @@ quint32 Marking::elapsed() const
     return ElapsedSince(m_startTick, m_clock.tickCount());
 }
 
+QString Marking::ClosingSound() const
+{
+    const bool late = m_state.timeLimit != 0 && IsPastLimit(m_state.timeLimit, elapsed());
+    return late ? kSoundLate : kSoundInTime;
+}
+
 Replies Marking::MarkLetter(int row, int column)
 {
     if (!m_markPending) {
@@ -153,8 +159,7 @@ Replies Marking::CheckWord(const QString &run)
     if (m_wordsRemaining != 0)
         return replies;
 
-    const bool late = m_state.timeLimit != 0 && IsPastLimit(m_state.timeLimit, elapsed());
-    replies.append(Reply::sound(late ? kSoundLate : kSoundInTime));
+    replies.append(Reply::closingSound());
     replies.append(Reply::message(kAllFound));
     return replies;
 }

@@ -10,15 +10,18 @@
 namespace lexicove {
 
 // One thing the puzzle window does in answer to a mark: play a sound file of
-// the program folder, or show a message with OK alone. A mark's replies are
-// carried out in their order.
+// the program folder, show a message with OK alone, or play the closing sound
+// (Marking::ClosingSound, chosen when its turn comes: the time taken over the
+// word-found messages before it counts). A mark's replies are carried out in
+// their order.
 struct Reply {
-    enum class Kind { Sound, Message };
+    enum class Kind { Sound, Message, ClosingSound };
     Kind kind = Kind::Sound;
     QString text; // the sound's file name ("mark.wav") or the message
 
     static Reply sound(const QString &name) { return {Kind::Sound, name}; }
     static Reply message(const QString &text) { return {Kind::Message, text}; }
+    static Reply closingSound() { return {Kind::ClosingSound, QString()}; }
     bool operator==(const Reply &other) const = default;
 };
 using Replies = QList<Reply>;
@@ -65,6 +68,9 @@ public:
     quint32 startTick() const { return m_startTick; }
     // Milliseconds since play began, read from the clock now.
     quint32 elapsed() const;
+    // The sound for the last word found, by the clock now: "cheer2.wav" past
+    // the time limit, else "cheer1.wav".
+    QString ClosingSound() const;
 
 private:
     const GameState &m_state;

@@ -90,11 +90,13 @@ FrmOptions::FrmOptions(GameState &state, Platform &platform, Navigator &navigato
                                QStringLiteral("&Vertical Words"), true);
     chkDiagonal = makeCheckBox(this, QStringLiteral("chkDiagonal"),
                                QStringLiteral("&Diagonal Words"), false);
-    chkHide = makeCheckBox(this, QStringLiteral("chkHide"), QStringLiteral("&Hide Words"),
+    // Every access key does one thing: "Horizontal" and "Columns" keep H and
+    // C, so "Hide Words" and "Cancel" take letters no other control uses.
+    chkHide = makeCheckBox(this, QStringLiteral("chkHide"), QStringLiteral("Hide &Words"),
                            false);
     cmdOK = makeButton(this, QStringLiteral("cmdOK"), QStringLiteral("&OK"));
     cmdOK->setDefault(true);
-    cmdCancel = makeButton(this, QStringLiteral("cmdCancel"), QStringLiteral("&Cancel"));
+    cmdCancel = makeButton(this, QStringLiteral("cmdCancel"), QStringLiteral("C&ancel"));
 
     // Two columns: the size buttons on top, the directions below them, the
     // time limit beside the diagonal box, then the hide box, then OK and

@@ -59,6 +59,7 @@ struct PuzzleRig : WindowRig<FrmSearch> {
         fp.dialogs.onShow = [&](const ShownDialog &shown) {
             sounds();
             heard << shown.prompt;
+            fp.clock.ticks += boxUpMs;
         };
         for (const auto &[row, column] : cells) {
             for (int step = 0; step < 10 && cursor() != Cell{row, column}; ++step)
@@ -72,6 +73,8 @@ struct PuzzleRig : WindowRig<FrmSearch> {
         fp.dialogs.onShow = nullptr;
         return heard;
     }
+    // How long the player takes over each message box that mark() meets.
+    quint32 boxUpMs = 0;
 };
 
 } // namespace
@@ -88,10 +91,12 @@ private slots:
     void wordsToFind();
     void leavingAsks();
     void outputCommands();
+    void focusBackReplaysTheLetter();
 };
 
-// The grid shows cell (r, c) of the puzzle in row r and column c numbered from 1, as a screen
-// reader reads it; the cursor starts on (1, 1) and its letter is heard.
+// The grid shows cell (r, c) of the puzzle in row r and column c numbered from 1; the cursor
+// starts on (1, 1), whose letter is heard once, when the window is active and a screen reader
+// has had time to announce it.
 void TestFrmSearch::setUpShowsEveryCell()
 {
     PuzzleRig rig;
@@ -100,11 +105,16 @@ void TestFrmSearch::setUpShowsEveryCell()
     for (int r = 0; r < rig.grid()->rowCount(); ++r) {
         shown.append(rig.grid()->verticalHeaderItem(r)->text() + ":");
         for (int c = 0; c < rig.grid()->columnCount(); ++c)
-            shown.last() += rig.grid()->item(r, c)->data(Qt::AccessibleTextRole).toString();
+            shown.last() += rig.grid()->item(r, c)->text();
     }
     QCOMPARE(shown, (QStringList{"1:abcde", "2:fghij", "3:klmno", "4:pqrst", "5:uvwxy"}));
     QCOMPARE(rig.grid()->horizontalHeaderItem(4)->text(), "5");
     QCOMPARE(rig.cursor(), (Cell{1, 1}));
+    rig.fp.clock.advance(FrmSearch::kLetterAfterFocusMs - 1);
+    QCOMPARE(rig.fp.sound.names(), QStringList{});
+    rig.fp.clock.advance(1);
+    QCOMPARE(rig.fp.sound.names(), QStringList{"a.wav"});
+    rig.fp.clock.advance(60000);
     QCOMPARE(rig.fp.sound.names(), QStringList{"a.wav"});
 }
 
@@ -182,17 +192,18 @@ void TestFrmSearch::selection()
 }
 
 // The last word gives its message, then "cheer1.wav" up to and at the time limit or "cheer2.wav"
-// past it (the tick counter wrapping meanwhile), then the all-found message; after that a selection
-// plays only "mark.wav".
+// past it, the time taken once that message is closed (the tick counter wrapping meanwhile), then
+// the all-found message; after that a selection plays only "mark.wav".
 void TestFrmSearch::lastWord()
 {
-    for (const auto &[elapsed, cheer] :
-         {std::pair{60000u, "cheer1.wav"}, std::pair{60001u, "cheer2.wav"}}) {
+    for (const auto &[beforeBox, boxUp, cheer] :
+         {std::tuple{60000u, 0u, "cheer1.wav"}, std::tuple{59999u, 2u, "cheer2.wav"}}) {
         PuzzleRig rig;
         rig.fp.clock.ticks = 0xFFFFFFF0u;
         QVERIFY(rig.open(kAlphabet, {"abc"}, 1));
         rig.mark({{1, 1}});
-        rig.fp.clock.ticks = 0xFFFFFFF0u + elapsed;
+        rig.fp.clock.ticks = 0xFFFFFFF0u + beforeBox;
+        rig.boxUpMs = boxUp;
         QCOMPARE(rig.mark({{1, 3}}), (QStringList{Found("abc"), cheer, kAllFound}));
         QCOMPARE(rig.mark({{1, 3}, {1, 1}, {2, 1}, {4, 1}}), (QStringList{kMark, kMark}));
     }
@@ -341,6 +352,83 @@ void TestFrmSearch::outputCommands()
     QCOMPARE(rig.fp.dialogs.lastPrompt(), "The puzzle could not be printed on the printer "
                                           "\"recorder\": the print system is not running.");
     QCOMPARE(rig.mark({{2, 1}}), QStringList{Found("fgh")});
+}
+
+// Whenever the grid gets the focus back (after each kind of message box, No on the exit question,
+// the words list, a save or a braille command) the letter under the cursor plays once, after a
+// screen reader has had time to announce the window; a move meanwhile plays its own letter alone.
+void TestFrmSearch::focusBackReplaysTheLetter()
+{
+    PuzzleRig rig;
+    QVERIFY(rig.open(kAlphabet, {"abc", "fgh"}));
+    rig.fp.clock.advance(FrmSearch::kLetterAfterFocusMs);
+    const auto keys = [](const QList<QKeyCombination> &list) {
+        return [list] {
+            for (const QKeyCombination key : list)
+                press(key.key(), key.keyboardModifiers());
+        };
+    };
+    const Qt::Key Space = Qt::Key_Space, Right = Qt::Key_Right, Left = Qt::Key_Left;
+    const struct {
+        QString what;
+        std::function<void()> act;
+        bool boxesTakeFocus;
+    } steps[] = {{"time report", keys({Qt::Key_T | Qt::ControlModifier}), true},
+                 {"not in line", keys({Space, Right, Right, Qt::Key_Down, Space}), true},
+                 {"same cell", keys({Space, Space}), true},
+                 {"word found", keys({Space, Left, Left, Space}), true},
+                 {"exit, No",
+                  [&] {
+                      rig.fp.dialogs.answers = {MessageResult::No};
+                      press(Qt::Key_Escape);
+                  },
+                  true},
+                 {"close box, No",
+                  [&] {
+                      rig.fp.dialogs.answers = {MessageResult::No};
+                      rig.window->close();
+                  },
+                  true},
+                 {"words list",
+                  [&] {
+                      press(Qt::Key_W, Qt::ControlModifier);
+                      QVERIFY(QTest::qWaitForWindowActive(&rig.navigator.listWindow()));
+                      press(Qt::Key_Escape);
+                  },
+                  true},
+                 {"save",
+                  [&] {
+                      rig.fp.fileDialogs.savePaths = {rig.fp.path("out.txt")};
+                      rig.fp.dialogs.answers = {MessageResult::No};
+                      press(Qt::Key_S, Qt::ControlModifier);
+                  },
+                  false},
+                 {"braille",
+                  [&] {
+                      rig.fp.dialogs.replies = {"23", "4"};
+                      press(Qt::Key_B, Qt::ControlModifier);
+                  },
+                  true},
+                 {"moved meanwhile", keys({Qt::Key_T | Qt::ControlModifier, Right}), true}};
+    QStringList actual;
+    for (const auto &step : steps) {
+        rig.fp.dialogs.onShow = [&](const ShownDialog &) {
+            if (step.boxesTakeFocus)
+                standInBox();
+        };
+        rig.fp.sound.played.clear();
+        step.act();
+        QVERIFY(QTest::qWaitForWindowActive(rig.window));
+        const QStringList before = rig.fp.sound.names();
+        rig.fp.sound.played.clear();
+        rig.fp.clock.advance(FrmSearch::kLetterAfterFocusMs);
+        actual << step.what + ": " + before.join(' ') + " | " + rig.fp.sound.names().join(' ');
+    }
+    QCOMPARE(actual, (QStringList{
+                         "time report:  | a.wav", "not in line: mark.wav b.wav c.wav h.wav | h.wav",
+                         "same cell: mark.wav | h.wav", "word found: mark.wav g.wav f.wav | f.wav",
+                         "exit, No:  | f.wav", "close box, No:  | f.wav", "words list:  | f.wav",
+                         "save:  | f.wav", "braille:  | f.wav", "moved meanwhile: g.wav | "}));
 }
 
 QTEST_MAIN(TestFrmSearch)

@@ -56,7 +56,7 @@ private slots:
                          "chkVertical &Vertical Words +",
                          "chkDiagonal "
                          "&Diagonal Words -",
-                         "chkHide &Hide Words -", "cmdOK &OK", "cmdCancel &Cancel"}));
+                         "chkHide Hide &Words -", "cmdOK &OK", "cmdCancel C&ancel"}));
         t.fp.dialogs.replies = {"", "4.5", "65541", "5.5"}; // cancelled, 4, too large, 6
         press(Qt::Key_Space);
         QCOMPARE(focusedControl(), "cmdRows &Rows of letters (6)...");

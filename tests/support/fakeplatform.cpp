@@ -73,6 +73,32 @@ QStringList FakeSound::names() const
     return list;
 }
 
+void FakeClock::callAfter(int ms, QObject *receiver, std::function<void()> action)
+{
+    m_calls.append({ticks + static_cast<quint32>(qMax(ms, 0)), receiver, std::move(action)});
+}
+
+void FakeClock::advance(quint32 ms)
+{
+    const quint32 end = ticks + ms;
+    for (;;) {
+        // The earliest call due by the end; calls made on the way count too.
+        qsizetype next = -1;
+        for (qsizetype i = 0; i < m_calls.size(); ++i) {
+            const quint32 wait = m_calls[i].due - ticks;
+            if (wait <= end - ticks && (next < 0 || wait < m_calls[next].due - ticks))
+                next = i;
+        }
+        if (next < 0)
+            break;
+        const Call call = m_calls.takeAt(next);
+        ticks = call.due;
+        if (call.receiver)
+            call.action();
+    }
+    ticks = end;
+}
+
 double FakeRandom::next()
 {
     if (!script.isEmpty())

@@ -10,6 +10,7 @@
 #include "platform/qtplatform.h"
 
 #include <QList>
+#include <QPointer>
 #include <QSet>
 #include <QTemporaryDir>
 
@@ -59,12 +60,24 @@ public:
     QStringList played;
 };
 
+// Time stands still until the test moves it on: advance() runs the delayed
+// calls that fall due, in order.
 class FakeClock final : public Clock {
 public:
     quint32 tickCount() override { return ticks; }
     double secondsSinceMidnight() override { return seconds; }
+    void callAfter(int ms, QObject *receiver, std::function<void()> action) override;
+    void advance(quint32 ms);
     quint32 ticks = 1000;
     double seconds = 0.0;
+
+private:
+    struct Call {
+        quint32 due;
+        QPointer<QObject> receiver;
+        std::function<void()> action;
+    };
+    QList<Call> m_calls;
 };
 
 // Returns the scripted values first; after them, values from a fixed-seed

@@ -7,10 +7,29 @@
 #include "fakenavigator.h"
 #include "fakeplatform.h"
 
+#include <QApplication>
 #include <QPointer>
 #include <QTest>
 
 namespace lexicove::test {
+
+// What a real message box does to the focus, for the scripted boxes: a
+// window of its own takes it while the box is up, and when the box closes
+// the window manager gives it back to the window below.
+inline void standInBox()
+{
+    QPointer<QWidget> below = QApplication::activeWindow();
+    QWidget box;
+    box.setWindowTitle(QStringLiteral("Stand-in box"));
+    box.show();
+    box.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&box));
+    box.hide();
+    if (below) {
+        below->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(below));
+    }
+}
 
 template <typename Window>
 struct WindowRig {

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QTableWidget>
+
+namespace lexicove {
+
+// The letter grid of the puzzle window: a table for the eye, one silent
+// object for a screen reader.
+//
+// Sighted players see a table of letters with numbered row and column
+// headers. Assistive technology sees a single focusable pane named "Puzzle"
+// with no children (no table, rows or cells), and the table's own focus and
+// selection events for the cell under the cursor are never sent: a move gives
+// a screen reader nothing to say, so the game's letter sound is the one
+// announcement. Asked for its description (Orca's "where am I"), the pane
+// tells the cursor's row and column; but a screen reader also reads the
+// description, unasked, when it announces the grid taking the focus, so from
+// each focus-in until the window calls focusAnnounced() or the cursor moves
+// the description is empty.
+//
+// Whatever follows the cursor (the letter sound, a braille display) hangs on
+// the three signals below. Typed characters never move the cursor (a plain
+// table would jump to the next cell starting with the letter).
+class PuzzleGrid final : public QTableWidget {
+    Q_OBJECT
+public:
+    explicit PuzzleGrid(QWidget *parent = nullptr);
+
+    // The letter under the cursor, without blanks; empty when none.
+    QString currentLetter() const;
+    // "row R, column C" of the cursor, numbered from 1, for a screen reader's
+    // "where am I"; empty when there is no cursor or the focus has just come.
+    QString whereText() const;
+    // A screen reader has announced the grid taking the focus: from now on
+    // the description tells the cursor's place.
+    void focusAnnounced() { m_tellPlace = true; }
+
+    void keyboardSearch(const QString &) override {}
+
+signals:
+    // The cursor has moved onto the cell in row and column, numbered from 1.
+    void cursorMoved(int row, int column);
+    void focusEntered();
+    void focusLeft();
+
+protected:
+    void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
+    void selectionChanged(const QItemSelection &selected,
+                          const QItemSelection &deselected) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
+
+private:
+    bool m_tellPlace = false;
+};
+
+} // namespace lexicove
