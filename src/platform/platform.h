@@ -8,9 +8,12 @@
 #include "platform/printer.h"
 
 #include <QByteArray>
+#include <QByteArrayView>
 #include <QString>
 #include <QStringList>
 #include <QtGlobal>
+
+#include <functional>
 
 class QWidget;
 
@@ -74,15 +77,38 @@ public:
     virtual QString wordListFolder() = 0;
 };
 
+// Only regular files (and links to them) are files here: a folder, a named
+// pipe or a device is never listed, and reading one fails at once, so that
+// nothing the game opens can block it.
 class Files {
 public:
+    // What readPieces hands over at a time, at most.
+    static constexpr qsizetype kPieceSize = 1 << 20;
+    // Told each piece of a file in order; returns false to read no further.
+    using PieceReader = std::function<bool(QByteArrayView piece)>;
+
     virtual ~Files() = default;
     // The names (not paths) of the files in folder whose extension is
     // `extension` (".wds") in any case, sorted without regard to case.
     virtual QStringList list(const QString &folder, const QString &extension) = 0;
-    // On failure these return false and put the reason, in plain words, in
-    // error.
-    virtual bool read(const QString &path, QByteArray &bytes, QString &error) = 0;
+    // On failure the operations below return false and put the reason, in
+    // plain words, in error.
+    //
+    // Reads the file from its start, piece by piece, until its end or until
+    // take returns false; a file is never held whole unless take keeps it.
+    virtual bool readPieces(const QString &path, const PieceReader &take, QString &error) = 0;
+    // The whole file.
+    bool read(const QString &path, QByteArray &bytes, QString &error)
+    {
+        bytes.clear();
+        return readPieces(
+            path,
+            [&bytes](QByteArrayView piece) {
+                bytes.append(piece);
+                return true;
+            },
+            error);
+    }
     // Replaces the file whole or not at all: a failed write leaves the old
     // file as it was.
     virtual bool write(const QString &path, const QByteArray &bytes, QString &error) = 0;

@@ -85,13 +85,25 @@ QStringList FakeFiles::list(const QString &folder, const QString &extension)
     return m_real.list(folder, extension);
 }
 
-bool FakeFiles::read(const QString &path, QByteArray &bytes, QString &error)
+bool FakeFiles::readPieces(const QString &path, const PieceReader &take, QString &error)
 {
     if (failRead.contains(path)) {
         error = QStringLiteral("Permission denied");
         return false;
     }
-    return m_real.read(path, bytes, error);
+    bytesRead = 0;
+    return m_real.readPieces(
+        path,
+        [&](QByteArrayView piece) {
+            for (qsizetype at = 0; at < piece.size(); at += pieceSize) {
+                const QByteArrayView part = piece.sliced(at, qMin(pieceSize, piece.size() - at));
+                bytesRead += part.size();
+                if (!take(part))
+                    return false;
+            }
+            return true;
+        },
+        error);
 }
 
 bool FakeFiles::write(const QString &path, const QByteArray &bytes, QString &error)
