@@ -129,10 +129,8 @@ struct Platform {
 // Joins a folder and a file name with the platform's separator.
 QString joinPath(const QString &folder, const QString &name);
 
-// 8-bit text: the ANSI code page on Windows, Latin-1 elsewhere, so that a list
-// moves between systems byte for byte. Bytes that are valid UTF-8 and hold
-// non-ASCII characters (another editor's file) are read as UTF-8.
-QString decode8Bit(const QByteArray &bytes);
+// 8-bit text for an embosser: the ANSI code page on Windows, Latin-1
+// elsewhere. Files are written by the rule of textencoding.h instead.
 QByteArray encode8Bit(const QString &text);
 
 } // namespace lexicove

@@ -11,7 +11,6 @@
 #include <QMessageBox>
 #include <QSaveFile>
 #include <QStandardPaths>
-#include <QStringDecoder>
 #include <QTemporaryFile>
 #include <QTime>
 #include <QUrl>
@@ -38,23 +37,6 @@ QString joinPath(const QString &folder, const QString &name)
     if (native.isEmpty() || native.endsWith(QDir::separator()))
         return native + name;
     return native + QDir::separator() + name;
-}
-
-QString decode8Bit(const QByteArray &bytes)
-{
-    const bool ascii = std::all_of(bytes.begin(), bytes.end(),
-                                   [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-    if (!ascii) {
-        QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-        const QString text = utf8.decode(bytes);
-        if (!utf8.hasError())
-            return text;
-    }
-#ifdef Q_OS_WIN
-    return QString::fromLocal8Bit(bytes); // the ANSI code page
-#else
-    return QString::fromLatin1(bytes);
-#endif
 }
 
 QByteArray encode8Bit(const QString &text)

@@ -85,7 +85,7 @@ bool FrmCreate::Form_Load()
     if (m_state.editingList) {
         QStringList loaded;
         FileFailure failure;
-        if (!ReadForEditing(m_platform.files, m_state.wordListPath, loaded, failure)) {
+        if (!ReadForEditing(m_platform.files, m_state.wordListPath, loaded, m_format, failure)) {
             m_platform.dialogs.message(
                 nullptr, QStringLiteral("The word list file \"%1\" could not be opened: %2.")
                              .arg(failure.path, failure.reason));
@@ -178,7 +178,7 @@ void FrmCreate::cmdSave_Click()
     QString path;
     FileFailure failure;
     if (!WriteList(m_platform.files, m_platform.system.wordListFolder(), checked.name, entries(),
-                   path, failure)) {
+                   m_format, path, failure)) {
         // Nothing is lost: the words stay here and any old file is whole.
         tell(QStringLiteral("The word list could not be saved in the file \"%1\": %2. Your "
                             "words are still in the list.")

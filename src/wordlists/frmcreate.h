@@ -2,6 +2,7 @@
 
 #include "core/activitywindow.h"
 #include "platform/platform.h"
+#include "platform/textencoding.h"
 
 class QLineEdit;
 class QListWidget;
@@ -38,6 +39,9 @@ private:
 
     GameState &m_state;
     Platform &m_platform;
+    // How the list was read, and so how it is written back: a new list is
+    // 8-bit text until it holds a character that needs UTF-8.
+    TextFormat m_format;
     QListWidget *lstWords;
     QLineEdit *txtWord;
     QPushButton *cmdAdd;

@@ -6,6 +6,7 @@
 #include <QDir>
 
 #include <algorithm>
+#include <limits>
 
 namespace lexicove {
 
@@ -89,17 +90,24 @@ bool CountWords(Files &files, const QString &folder, const QString &fileName, qi
 {
     count = 0;
     const QString path = joinPath(folder, fileName);
-    QByteArray bytes;
+    LineCounter counter;
     QString reason;
-    if (!files.read(path, bytes, reason)) {
+    const bool read = files.readPieces(
+        path,
+        [&counter](QByteArrayView piece) {
+            counter.add(piece);
+            return true;
+        },
+        reason);
+    if (!read) {
         failure = {path, reason};
         return false;
     }
-    count = static_cast<qint32>(ReadLines(bytes).size());
+    count = static_cast<qint32>(qMin<qint64>(counter.lines(), std::numeric_limits<qint32>::max()));
     return true;
 }
 
-bool ReadForEditing(Files &files, const QString &path, QStringList &entries,
+bool ReadForEditing(Files &files, const QString &path, QStringList &entries, TextFormat &format,
                     FileFailure &failure)
 {
     entries.clear();
@@ -109,16 +117,16 @@ bool ReadForEditing(Files &files, const QString &path, QStringList &entries,
         failure = {path, reason};
         return false;
     }
-    entries = ReadEntries(bytes);
+    entries = ReadEntries(bytes, &format);
     return true;
 }
 
 bool WriteList(Files &files, const QString &folder, const QString &listName,
-               const QStringList &words, QString &path, FileFailure &failure)
+               const QStringList &words, TextFormat &format, QString &path, FileFailure &failure)
 {
     path = ExistingListPath(files, folder, listName);
     QString reason;
-    if (!files.write(path, WriteWords(words), reason)) {
+    if (!files.write(path, WriteWords(words, format), reason)) {
         failure = {path, reason};
         return false;
     }

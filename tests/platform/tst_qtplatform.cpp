@@ -24,26 +24,12 @@ class TestQtPlatform : public QObject {
     Q_OBJECT
 
 private slots:
-    void textIsEightBitUnlessValidUtf8();
     void listsWordListsByExtensionInAnyCaseSortedWithoutCase();
     void writesReplaceWholeOrNotAtAll();
     void readAndRemoveReportTheReason();
     void onlyRegularFilesAreListsAndNothingBlocks();
     void randomValuesLieInTheUnitIntervalAndRepeatForASeed();
 };
-
-void TestQtPlatform::textIsEightBitUnlessValidUtf8()
-{
-    // Lists are 8-bit text so they move between systems byte for byte; a file
-    // another editor wrote as UTF-8 is still read right.
-#ifndef Q_OS_WIN
-    QCOMPARE(decode8Bit(QByteArray("caf\xe9")), QStringLiteral("caf\u00e9"));
-    QCOMPARE(encode8Bit(QStringLiteral("caf\u00e9")), QByteArray("caf\xe9"));
-#endif
-    QCOMPARE(decode8Bit(QByteArray("caf\xc3\xa9")), QStringLiteral("caf\u00e9"));
-    QCOMPARE(decode8Bit(QByteArray("plain\r\n")), QStringLiteral("plain\r\n"));
-    QCOMPARE(decode8Bit(QByteArray()), QString());
-}
 
 void TestQtPlatform::listsWordListsByExtensionInAnyCaseSortedWithoutCase()
 {

@@ -35,11 +35,18 @@ inline void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
     QTest::keyClick(focus, static_cast<Qt::Key>(key), modifiers);
 }
 
+// Typed text; a character beyond ASCII comes as the text of a key with no
+// key code of its own, as from a keyboard layout or an input method.
 inline void type(const QString &text)
 {
     QWidget *focus = focused();
     QVERIFY2(focus, "no control has the focus");
-    QTest::keyClicks(focus, text);
+    for (const QChar ch : text) {
+        if (ch.unicode() < 0x80)
+            QTest::keyClick(focus, ch.toLatin1());
+        else
+            QTest::sendKeyEvent(QTest::Click, focus, Qt::Key_unknown, QString(ch), Qt::NoModifier);
+    }
 }
 
 // Once the next modal window is up and active, runs `keys` (the player at

@@ -71,12 +71,13 @@ private slots:
     }
 
     // Save offers the list's name and asks again after an invalid one; an empty name or a failed
-    // write saves nothing, the words kept; a valid new name writes that file, leaving the old.
+    // write saves nothing, the words kept; a valid new name writes that file, leaving the old,
+    // with CR LF line ends and every character kept (in UTF-8 when 8 bits can't hold one).
     void save()
     {
         EditorRig rig;
-        QVERIFY(rig.openOn("pets.wds", "cat\r\n"));
-        type("gnu\r");
+        QVERIFY(rig.openOn("pets.wds", "cat\n"));
+        type("łoś\r");
         const auto save = [&](bool fail, const QStringList &replies, const QStringList &prompts) {
             rig.fp.files.failAllWrites = fail;
             rig.fp.dialogs.clear();
@@ -84,7 +85,7 @@ private slots:
             press(Qt::Key_S, Qt::AltModifier);
             QTRY_COMPARE(rig.fp.dialogs.prompts(), prompts);
             QCOMPARE(rig.fp.dialogs.shown[0].defaultText, "pets");
-            QCOMPARE(rig.fp.readFile("pets.wds"), "cat\r\n");
+            QCOMPARE(rig.fp.readFile("pets.wds"), "cat\n");
         };
         const QString asked = "Please enter a name for this word list, using only letters, "
                               "numbers, and spaces";
@@ -94,7 +95,7 @@ private slots:
                          "\": Permission denied. "
                          "Your words are still in the list."});
         save(false, {" My Zoo 2 "}, {asked, "Your word list has been saved"});
-        QCOMPARE(rig.fp.readFile("my zoo 2.wds"), "cat\r\ngnu\r\n");
+        QCOMPARE(rig.fp.readFile("my zoo 2.wds"), "cat\r\n\xc5\x82o\xc5\x9b\r\n");
         QCOMPARE(rig.fp.files.list(rig.fp.system.folder, ".wds").size(), 2);
         QCOMPARE(rig.navigator.mainMenuShown, 1);
     }
