@@ -17,13 +17,13 @@
 
 #include <algorithm>
 #include <bit>
+#include <cerrno>
 #include <chrono>
 
 #ifdef Q_OS_WIN
 #include <windows.h>
 #endif
 #ifdef Q_OS_UNIX
-#include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -249,9 +249,17 @@ bool WriteWholeFile(const QString &path, const QByteArray &bytes, QString &error
     // write() only fills a buffer, and commit() renames the file into place
     // even when its own flush failed: flush first, so that a short file never
     // replaces the old one.
+    errno = 0;
     if (file.write(bytes) != bytes.size() || !file.flush() ||
         file.error() != QFileDevice::NoError) {
+        const int systemError = errno;
         error = file.errorString();
+#ifdef Q_OS_UNIX
+        // A write cut short part way (a full disk, a file size limit) leaves
+        // Qt with no reason but "Unknown error"; the system's says why.
+        if (systemError != 0 && file.error() == QFileDevice::WriteError)
+            error = qt_error_string(systemError);
+#endif
         file.cancelWriting();
         return false;
     }

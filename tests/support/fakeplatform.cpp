@@ -4,6 +4,11 @@
 #include <QFile>
 #include <QFileInfo>
 
+#ifdef Q_OS_UNIX
+#include <csignal>
+#include <sys/resource.h>
+#endif
+
 namespace lexicove::test {
 
 MessageResult FakeDialogs::message(QWidget *, const QString &prompt, MessageButtons buttons,
@@ -112,6 +117,25 @@ bool FakeFiles::write(const QString &path, const QByteArray &bytes, QString &err
         error = QStringLiteral("Permission denied");
         return false;
     }
+#ifdef Q_OS_UNIX
+    if (writeLimit >= 0) {
+        rlimit old{};
+        getrlimit(RLIMIT_FSIZE, &old);
+        rlimit limited = old;
+        limited.rlim_cur = static_cast<rlim_t>(writeLimit);
+        const auto oldHandler = signal(SIGXFSZ, SIG_IGN);
+        setrlimit(RLIMIT_FSIZE, &limited);
+        const bool written = m_real.write(path, bytes, error);
+        setrlimit(RLIMIT_FSIZE, &old);
+        signal(SIGXFSZ, oldHandler);
+        return written;
+    }
+#else
+    if (writeLimit >= 0 && bytes.size() > writeLimit) {
+        error = QStringLiteral("File too large");
+        return false;
+    }
+#endif
     return m_real.write(path, bytes, error);
 }
 

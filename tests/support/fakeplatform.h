@@ -100,6 +100,9 @@ public:
 
     QSet<QString> failRead;
     bool failAllWrites = false;
+    // A file size limit in bytes for the writes (where the system has one),
+    // as a full disk would be: the real write then fails as it flushes.
+    qint64 writeLimit = -1;
     // Pieces of this many bytes at most, to try readers on every split.
     qsizetype pieceSize = kPieceSize;
     // How many bytes the readers took before they stopped reading.

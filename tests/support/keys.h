@@ -7,7 +7,7 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QTimer>
-#include <QListWidget>
+#include <QAbstractItemView>
 #include <QTest>
 #include <QWidget>
 
@@ -87,12 +87,13 @@ inline QWidget *activeWindowNamed(const QString &name)
     return window && window->objectName() == name ? window : nullptr;
 }
 
-// The entries of a list box, top to bottom.
-inline QStringList entriesOf(const QListWidget *list)
+// The entries of a list box, top to bottom, as it shows them.
+inline QStringList entriesOf(const QAbstractItemView *list)
 {
     QStringList texts;
-    for (int row = 0; row < list->count(); ++row)
-        texts.append(list->item(row)->text());
+    const QAbstractItemModel *model = list->model();
+    for (int row = 0; row < model->rowCount(); ++row)
+        texts.append(model->index(row, 0).data().toString());
     return texts;
 }
 

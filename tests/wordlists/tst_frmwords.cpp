@@ -4,6 +4,8 @@
 #include "windowrig.h"
 #include "wordlists/frmwords.h"
 
+#include <QListWidget>
+
 using namespace lexicove;
 using namespace lexicove::test;
 
