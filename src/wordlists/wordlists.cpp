@@ -2,6 +2,7 @@
 
 #include "platform/platform.h"
 #include "wordlists/wordlistformat.h"
+#include "wordlists/wordlistmodel.h"
 
 #include <QDir>
 
@@ -107,26 +108,26 @@ bool CountWords(Files &files, const QString &folder, const QString &fileName, qi
     return true;
 }
 
-bool ReadForEditing(Files &files, const QString &path, QStringList &entries, TextFormat &format,
+bool ReadForEditing(Files &files, const QString &path, WordListModel &entries, TextFormat &format,
                     FileFailure &failure)
 {
-    entries.clear();
     QByteArray bytes;
     QString reason;
     if (!files.read(path, bytes, reason)) {
         failure = {path, reason};
         return false;
     }
-    entries = ReadEntries(bytes, &format);
+    format = entries.load(std::move(bytes));
     return true;
 }
 
-bool WriteList(Files &files, const QString &folder, const QString &listName,
-               const QStringList &words, TextFormat &format, QString &path, FileFailure &failure)
+bool WriteList(Files &files, const QString &folder, const QString &listName, qsizetype count,
+               const std::function<QString(qsizetype)> &wordAt, TextFormat &format, QString &path,
+               FileFailure &failure)
 {
     path = ExistingListPath(files, folder, listName);
     QString reason;
-    if (!files.write(path, WriteWords(words, format), reason)) {
+    if (!files.write(path, WriteWords(count, wordAt, format), reason)) {
         failure = {path, reason};
         return false;
     }
