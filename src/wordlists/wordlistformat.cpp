@@ -1,5 +1,7 @@
 #include "wordlists/wordlistformat.h"
 
+#include <algorithm>
+
 namespace lexicove {
 
 namespace {
@@ -81,10 +83,14 @@ QStringList ReadLines(QByteArrayView bytes)
 
 std::vector<ByteSpan> EntrySpans(QByteArrayView body)
 {
+    const auto isDelimiter = [](char c) { return c == kComma || isLineEnd(c); };
+    // Room for as many entries as there can be, so that the spans are never
+    // copied while they grow; what is never filled takes no memory.
     std::vector<ByteSpan> spans;
+    spans.reserve(static_cast<size_t>(std::count_if(body.begin(), body.end(), isDelimiter)) + 1);
     qsizetype pos = 0;
     const qsizetype size = body.size();
-    const auto atDelimiter = [&](qsizetype i) { return body[i] == kComma || isLineEnd(body[i]); };
+    const auto atDelimiter = [&](qsizetype i) { return isDelimiter(body[i]); };
     while (pos < size) {
         ByteSpan span;
         if (body[pos] == kQuote) {
