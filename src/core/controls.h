@@ -25,12 +25,13 @@ class CurrentEntryTeller final : public QObject {
 public:
     using QObject::QObject;
 
-    static void tell(QListWidget *list)
+    static void tell(QAbstractItemView *list)
     {
-        const QListWidgetItem *item = list->currentItem();
+        const QModelIndex current = list->currentIndex();
         QAccessibleInterface *view = QAccessible::queryAccessibleInterface(list);
         QAccessibleTableInterface *table = view ? view->tableInterface() : nullptr;
-        QAccessibleInterface *entry = item && table ? table->cellAt(list->row(item), 0) : nullptr;
+        QAccessibleInterface *entry =
+            current.isValid() && table ? table->cellAt(current.row(), 0) : nullptr;
         if (!entry || !list->hasFocus())
             return;
         QAccessibleEvent focus(list, QAccessible::Focus);
@@ -42,7 +43,7 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override
     {
         if (event->type() == QEvent::FocusIn && QAccessible::isActive()) {
-            auto *list = static_cast<QListWidget *>(watched);
+            auto *list = static_cast<QAbstractItemView *>(watched);
             QTimer::singleShot(0, list, [list] { tell(list); });
         }
         return false;
@@ -74,15 +75,20 @@ inline QCheckBox *makeCheckBox(QWidget *parent, const QString &name, const QStri
     return box;
 }
 
-// A single-selection list box; what it holds is its accessible name. On
-// taking the focus it says its current entry.
-inline QListWidget *makeList(QWidget *parent, const QString &name, const QString &holds)
+// Makes a list view a single-selection list box whose accessible name is
+// what it holds, and which says its current entry on taking the focus.
+inline void setUpList(QAbstractItemView *list, const QString &name, const QString &holds)
 {
-    auto *list = new QListWidget(parent);
     list->setObjectName(name);
     list->setAccessibleName(holds);
     list->setSelectionMode(QAbstractItemView::SingleSelection);
     list->installEventFilter(new detail::CurrentEntryTeller(list));
+}
+
+inline QListWidget *makeList(QWidget *parent, const QString &name, const QString &holds)
+{
+    auto *list = new QListWidget(parent);
+    setUpList(list, name, holds);
     return list;
 }
 

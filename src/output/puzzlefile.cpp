@@ -1,6 +1,7 @@
 #include "output/puzzlefile.h"
 
 #include "core/gamestate.h"
+#include "platform/textencoding.h"
 
 #include <QtGlobal>
 
@@ -92,7 +93,9 @@ SaveResult SavePuzzle(const GameState &state, const Platform &platform, QWidget 
     const QString grid = GridText(state);
 
     const auto write = [&](const QString &file, const QString &text) {
-        if (platform.files.write(file, encode8Bit(text), result.reason))
+        // 8-bit text unless a word or letter needs UTF-8, like a word list.
+        TextFormat format;
+        if (platform.files.write(file, EncodeText(text, format), result.reason))
             return true;
         result.end = SaveResult::End::Failed;
         result.path = file;

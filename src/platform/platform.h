@@ -8,6 +8,7 @@
 #include "platform/printer.h"
 
 #include <QByteArray>
+#include <QByteArrayView>
 #include <QString>
 #include <QStringList>
 #include <QtGlobal>
@@ -82,15 +83,38 @@ public:
     virtual QString wordListFolder() = 0;
 };
 
+// Only regular files (and links to them) are files here: a folder, a named
+// pipe or a device is never listed, and reading one fails at once, so that
+// nothing the game opens can block it.
 class Files {
 public:
+    // What readPieces hands over at a time, at most.
+    static constexpr qsizetype kPieceSize = 1 << 20;
+    // Told each piece of a file in order; returns false to read no further.
+    using PieceReader = std::function<bool(QByteArrayView piece)>;
+
     virtual ~Files() = default;
     // The names (not paths) of the files in folder whose extension is
     // `extension` (".wds") in any case, sorted without regard to case.
     virtual QStringList list(const QString &folder, const QString &extension) = 0;
-    // On failure these return false and put the reason, in plain words, in
-    // error.
-    virtual bool read(const QString &path, QByteArray &bytes, QString &error) = 0;
+    // On failure the operations below return false and put the reason, in
+    // plain words, in error.
+    //
+    // Reads the file from its start, piece by piece, until its end or until
+    // take returns false; a file is never held whole unless take keeps it.
+    virtual bool readPieces(const QString &path, const PieceReader &take, QString &error) = 0;
+    // The whole file.
+    bool read(const QString &path, QByteArray &bytes, QString &error)
+    {
+        bytes.clear();
+        return readPieces(
+            path,
+            [&bytes](QByteArrayView piece) {
+                bytes.append(piece);
+                return true;
+            },
+            error);
+    }
     // Replaces the file whole or not at all: a failed write leaves the old
     // file as it was.
     virtual bool write(const QString &path, const QByteArray &bytes, QString &error) = 0;
@@ -111,10 +135,8 @@ struct Platform {
 // Joins a folder and a file name with the platform's separator.
 QString joinPath(const QString &folder, const QString &name);
 
-// 8-bit text: the ANSI code page on Windows, Latin-1 elsewhere, so that a list
-// moves between systems byte for byte. Bytes that are valid UTF-8 and hold
-// non-ASCII characters (another editor's file) are read as UTF-8.
-QString decode8Bit(const QByteArray &bytes);
+// 8-bit text for an embosser: the ANSI code page on Windows, Latin-1
+// elsewhere. Files are written by the rule of textencoding.h instead.
 QByteArray encode8Bit(const QString &text);
 
 } // namespace lexicove

@@ -42,6 +42,7 @@ public:
                                                "a folder that exists.")
                                     .arg(QDir::toNativeSeparators(file.absolutePath())),
                                 QMessageBox::Ok, this);
+                box.setTextFormat(Qt::PlainText); // a folder's name as it is typed
                 box.exec();
                 // Back to the file name, to type another.
                 activateWindow();

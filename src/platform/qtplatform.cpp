@@ -12,16 +12,23 @@
 #include <QSaveFile>
 #include <QStandardPaths>
 #include <QStringDecoder>
+#include <QTemporaryFile>
 #include <QTime>
 #include <QTimer>
 #include <QUrl>
 
 #include <algorithm>
 #include <bit>
+#include <cerrno>
 #include <chrono>
 
 #ifdef Q_OS_WIN
 #include <windows.h>
+#endif
+#ifdef Q_OS_UNIX
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 #endif
 
 namespace lexicove {
@@ -32,23 +39,6 @@ QString joinPath(const QString &folder, const QString &name)
     if (native.isEmpty() || native.endsWith(QDir::separator()))
         return native + name;
     return native + QDir::separator() + name;
-}
-
-QString decode8Bit(const QByteArray &bytes)
-{
-    const bool ascii = std::all_of(bytes.begin(), bytes.end(),
-                                   [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-    if (!ascii) {
-        QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-        const QString text = utf8.decode(bytes);
-        if (!utf8.hasError())
-            return text;
-    }
-#ifdef Q_OS_WIN
-    return QString::fromLocal8Bit(bytes); // the ANSI code page
-#else
-    return QString::fromLatin1(bytes);
-#endif
 }
 
 QByteArray encode8Bit(const QString &text)
@@ -163,7 +153,8 @@ QStringList QtFiles::list(const QString &folder, const QString &extension)
 {
     QStringList names;
     const QDir dir(folder);
-    const QStringList entries = dir.entryList(QDir::Files | QDir::Hidden | QDir::System);
+    // Without QDir::System: no named pipes, sockets, devices or broken links.
+    const QStringList entries = dir.entryList(QDir::Files | QDir::Hidden);
     for (const QString &name : entries) {
         if (name.endsWith(extension, Qt::CaseInsensitive))
             names.append(name);
@@ -175,19 +166,65 @@ QStringList QtFiles::list(const QString &folder, const QString &extension)
     return names;
 }
 
-bool QtFiles::read(const QString &path, QByteArray &bytes, QString &error)
+namespace {
+
+const QString kNotAFile = QStringLiteral("Not a regular file");
+
+// Opens path for reading when it is a regular file (or a link to one). On
+// Unix the file is opened without waiting and looked at before it is read,
+// since opening a named pipe would wait for a writer that never comes.
+bool openRegularFile(const QString &path, QFile &file, QString &error)
 {
-    QFile file(path);
+#ifdef Q_OS_UNIX
+    const int fd = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (fd < 0) {
+        error = qt_error_string(errno);
+        return false;
+    }
+    struct stat info {};
+    if (fstat(fd, &info) != 0 || !S_ISREG(info.st_mode)) {
+        error = S_ISREG(info.st_mode) || info.st_mode == 0 ? qt_error_string(errno) : kNotAFile;
+        ::close(fd);
+        return false;
+    }
+    fcntl(fd, F_SETFL, fcntl(fd, F_GETFL) & ~O_NONBLOCK);
+    if (!file.open(fd, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
+        error = file.errorString();
+        ::close(fd);
+        return false;
+    }
+    return true;
+#else
+    if (QFileInfo::exists(path) && !QFileInfo(path).isFile()) {
+        error = kNotAFile;
+        return false;
+    }
+    file.setFileName(path);
     if (!file.open(QIODevice::ReadOnly)) {
         error = file.errorString();
         return false;
     }
-    bytes = file.readAll();
-    if (file.error() != QFile::NoError) {
-        error = file.errorString();
-        return false;
-    }
     return true;
+#endif
+}
+
+} // namespace
+
+bool QtFiles::readPieces(const QString &path, const PieceReader &take, QString &error)
+{
+    QFile file;
+    if (!openRegularFile(path, file, error))
+        return false;
+    QByteArray piece(kPieceSize, Qt::Uninitialized);
+    for (;;) {
+        const qint64 got = file.read(piece.data(), piece.size());
+        if (got < 0) {
+            error = file.errorString();
+            return false;
+        }
+        if (got == 0 || !take(QByteArrayView(piece.constData(), got)))
+            return true;
+    }
 }
 
 bool WriteWholeFile(const QString &path, const QByteArray &bytes, QString &error)
@@ -200,9 +237,17 @@ bool WriteWholeFile(const QString &path, const QByteArray &bytes, QString &error
     // write() only fills a buffer, and commit() renames the file into place
     // even when its own flush failed: flush first, so that a short file never
     // replaces the old one.
+    errno = 0;
     if (file.write(bytes) != bytes.size() || !file.flush() ||
         file.error() != QFileDevice::NoError) {
+        const int systemError = errno;
         error = file.errorString();
+#ifdef Q_OS_UNIX
+        // A write cut short part way (a full disk, a file size limit) leaves
+        // Qt with no reason but "Unknown error"; the system's says why.
+        if (systemError != 0 && file.error() == QFileDevice::WriteError)
+            error = qt_error_string(systemError);
+#endif
         file.cancelWriting();
         return false;
     }

@@ -59,7 +59,7 @@ private:
 class QtFiles final : public Files {
 public:
     QStringList list(const QString &folder, const QString &extension) override;
-    bool read(const QString &path, QByteArray &bytes, QString &error) override;
+    bool readPieces(const QString &path, const PieceReader &take, QString &error) override;
     bool write(const QString &path, const QByteArray &bytes, QString &error) override;
     bool remove(const QString &path, QString &error) override;
 };

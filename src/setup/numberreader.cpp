@@ -1,8 +1,5 @@
 #include "setup/numberreader.h"
 
-#include <QByteArray>
-
-#include <cmath>
 #include <limits>
 
 namespace lexicove {
@@ -49,88 +46,96 @@ std::optional<qint64> readRadix(const QString &text, qsizetype from, int base)
     return static_cast<qint64>(value);
 }
 
-// The longest start of text that reads as a decimal number, in the C
-// locale's spelling ("-12.5e3"); empty when there is none.
-QByteArray decimalPrefix(const QString &text)
+// A decimal number as written: its sign, its digits without the decimal
+// point, where the point stands among them, and its exponent.
+struct Decimal {
+    bool negative = false;
+    QString digits;
+    qint64 point = 0;    // digits before the decimal point
+    qint64 exponent = 0; // held within +-kExponentLimit
+};
+
+// Beyond this an exponent changes nothing: even with every digit a reply
+// could hold, the value is then far too large to hold or rounds to 0.
+constexpr qint64 kExponentLimit = qint64(1) << 52;
+
+// The longest start of text that reads as a decimal number (an optional
+// sign, digits, an optional point and fraction, an optional exponent written
+// with E or D); false when there is none.
+bool readDecimal(const QString &text, Decimal &number)
 {
-    QByteArray number;
     qsizetype i = 0;
     const qsizetype size = text.size();
     if (i < size && (text.at(i) == u'+' || text.at(i) == u'-'))
-        number.append(static_cast<char>(text.at(i++).unicode()));
-    bool anyDigit = false;
-    while (i < size && isDigit(text.at(i))) {
-        number.append(static_cast<char>(text.at(i++).unicode()));
-        anyDigit = true;
-    }
+        number.negative = text.at(i++) == u'-';
+    while (i < size && isDigit(text.at(i)))
+        number.digits.append(text.at(i++));
+    number.point = number.digits.size();
     if (i < size && text.at(i) == u'.') {
-        number.append('.');
         ++i;
-        while (i < size && isDigit(text.at(i))) {
-            number.append(static_cast<char>(text.at(i++).unicode()));
-            anyDigit = true;
-        }
+        while (i < size && isDigit(text.at(i)))
+            number.digits.append(text.at(i++));
     }
-    if (!anyDigit)
-        return QByteArray();
+    if (number.digits.isEmpty())
+        return false;
     // An exponent counts only when at least one digit follows its letter and
     // sign; otherwise reading stops before the letter.
     if (i < size && QStringLiteral("EeDd").contains(text.at(i))) {
         qsizetype j = i + 1;
-        QByteArray exponent("e");
+        bool negative = false;
         if (j < size && (text.at(j) == u'+' || text.at(j) == u'-'))
-            exponent.append(static_cast<char>(text.at(j++).unicode()));
-        bool exponentDigit = false;
-        while (j < size && isDigit(text.at(j))) {
-            exponent.append(static_cast<char>(text.at(j++).unicode()));
-            exponentDigit = true;
+            negative = text.at(j++) == u'-';
+        qint64 exponent = 0;
+        bool anyDigit = false;
+        for (; j < size && isDigit(text.at(j)); ++j) {
+            exponent = qMin(exponent * 10 + (text.at(j).unicode() - u'0'), kExponentLimit);
+            anyDigit = true;
         }
-        if (exponentDigit)
-            number.append(exponent);
+        if (anyDigit)
+            number.exponent = negative ? -exponent : exponent;
     }
-    return number;
+    return true;
 }
 
-// Reading a decimal number fails only when it lies beyond the range of a
-// double: far too large, or so close to 0 that it is 0 for us. Tells which,
-// from the place of the first non-zero digit and the exponent.
-bool isTooLarge(const QByteArray &number)
+// The number rounded to a whole number, halves to the even neighbour, worked
+// out on its exact value; no value when that lies outside 64 bits.
+std::optional<qint64> roundExactly(const Decimal &number)
 {
-    const qsizetype e = number.indexOf('e');
-    const QByteArray mantissa = e < 0 ? number : number.left(e);
-    qint64 exponent = 0;
-    if (e >= 0) {
-        const QByteArray digits = number.mid(e + 1);
-        bool ok = false;
-        exponent = digits.toLongLong(&ok);
-        if (!ok)
-            exponent = digits.startsWith('-') ? -1000000 : 1000000;
-    }
-    const qsizetype dot = mantissa.indexOf('.');
-    const qsizetype point = dot < 0 ? mantissa.size() : dot;
-    for (qsizetype i = 0; i < mantissa.size(); ++i) {
-        const char ch = mantissa.at(i);
-        if (ch >= '1' && ch <= '9') {
-            // The power of ten of this digit's place.
-            const qint64 place = i < point ? point - i - 1 : point - i;
-            return place + exponent > 0;
-        }
-    }
-    return false;
-}
-
-// Rounds to the nearest whole number, halves to the even neighbour.
-std::optional<qint64> roundHalfEven(double value)
-{
-    if (!std::isfinite(value))
+    // The value is 0.ddd... times 10 to the power `place`, its first digit
+    // not 0.
+    const QString &digits = number.digits;
+    qsizetype first = 0;
+    while (first < digits.size() && digits.at(first) == u'0')
+        ++first;
+    if (first == digits.size())
+        return 0;
+    const qint64 place = number.point - first + number.exponent;
+    constexpr qint64 kMostWholeDigits = 19; // 10^19 is already beyond 64 bits
+    if (place > kMostWholeDigits)
         return std::nullopt;
-    double whole = std::floor(value);
-    const double fraction = value - whole;
-    if (fraction > 0.5 || (fraction == 0.5 && std::fmod(whole, 2.0) != 0.0))
-        whole += 1.0;
-    // 2^63 itself is already too large; every double below it converts.
-    constexpr double kLimit = 9223372036854775808.0;
-    if (whole >= kLimit || whole < -kLimit)
+    if (place < 0)
+        return 0; // below 0.1
+    const qint64 count = digits.size() - first;
+    const auto digitAt = [&](qint64 k) { // the k-th digit of 0.ddd..., 0 beyond them
+        return k < count ? digits.at(first + k).unicode() - u'0' : 0;
+    };
+    quint64 whole = 0;
+    for (qint64 k = 0; k < place; ++k)
+        whole = whole * 10 + digitAt(k);
+    // The fraction is above one half, exactly one half, or below it.
+    const int next = digitAt(place);
+    bool moreAfter = false;
+    for (qint64 k = place + 1; k < count && !moreAfter; ++k)
+        moreAfter = digitAt(k) != 0;
+    if (next > 5 || (next == 5 && (moreAfter || whole % 2 == 1)))
+        ++whole;
+    constexpr quint64 kMagnitudeLimit = quint64(1) << 63;
+    if (number.negative) {
+        if (whole > kMagnitudeLimit)
+            return std::nullopt;
+        return static_cast<qint64>(0 - whole);
+    }
+    if (whole >= kMagnitudeLimit)
         return std::nullopt;
     return static_cast<qint64>(whole);
 }
@@ -155,17 +160,10 @@ std::optional<qint64> ReadReplyNumber(const QString &reply)
         return 0;
     }
 
-    const QByteArray number = decimalPrefix(text);
-    if (number.isEmpty())
+    Decimal number;
+    if (!readDecimal(text, number))
         return 0;
-    bool ok = false;
-    const double value = number.toDouble(&ok);
-    if (!ok) {
-        if (isTooLarge(number))
-            return std::nullopt;
-        return 0;
-    }
-    return roundHalfEven(value);
+    return roundExactly(number);
 }
 
 } // namespace lexicove

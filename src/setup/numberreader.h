@@ -15,7 +15,9 @@ namespace lexicove {
 // or, after the prefix &H or &O, a hexadecimal or octal whole number. Reading
 // stops at the first character that can't continue the number; a reply that
 // doesn't begin with a number counts as 0. The value is rounded to a whole
-// number, halves going to the even neighbour (6.5 gives 6, 7.5 gives 8).
+// number, halves going to the even neighbour (6.5 gives 6, 7.5 gives 8),
+// worked out on the exact value of the digits and exponent, however many
+// there are (2.50000000000000000001 gives 3), with no floating point.
 //
 // Returns no value when the number is too large to hold as a whole number, so
 // that the caller treats it as out of range like any other.

@@ -33,6 +33,15 @@ const std::array<QString, kLetterCount + 1> &fillerTexts()
     return texts;
 }
 
+// True when no byte above 127 follows the byte order mark, if any.
+bool isAsciiText(QByteArrayView bytes)
+{
+    if (bytes.startsWith(kByteOrderMark))
+        bytes = bytes.sliced(kByteOrderMark.size());
+    return std::all_of(bytes.begin(), bytes.end(),
+                       [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
 bool isVowel(int k)
 {
     const char letter = static_cast<char>(kFirstLetterCode + k);
@@ -43,15 +52,36 @@ bool isVowel(int k)
 
 bool LoadWords(GameState &state, Files &files, QString &error)
 {
-    QByteArray bytes;
-    if (!files.read(state.wordListPath, bytes, error))
+    // Only the lines that become words are kept. The rest of the file is read
+    // only when those lines hold a byte above 127, whose character depends on
+    // whether the whole file is UTF-8; ASCII reads the same either way.
+    QByteArray head;
+    LineCounter counter;
+    TextFormatDetector detector;
+    bool headDone = false;
+    bool headAscii = true;
+    const bool read = files.readPieces(
+        state.wordListPath,
+        [&](QByteArrayView piece) {
+            detector.add(piece);
+            if (!headDone) {
+                const qsizetype taken = counter.add(piece, GameState::kMaxWords);
+                head += piece.first(taken);
+                headDone = counter.lineEnds() == GameState::kMaxWords;
+                if (headDone)
+                    headAscii = !detector.sawNonAscii() || isAsciiText(head);
+            }
+            return !headDone || (!headAscii && !detector.settled());
+        },
+        error);
+    if (!read)
         return false;
-    const QStringList lines = ReadLines(bytes);
+    const TextFormat format = detector.format();
+    const QStringList lines =
+        ReadLines(WithoutByteOrderMark(head, format), format.encoding, GameState::kMaxWords);
     state.wordCount = 0;
     state.letterCount = 0;
     for (const QString &line : lines) {
-        if (state.wordCount == GameState::kMaxWords)
-            break;
         ++state.wordCount;
         state.words[state.wordCount] = line;
         state.letterCount += static_cast<qint32>(line.size());

@@ -7,7 +7,7 @@
 
 #include <QHBoxLayout>
 #include <QLineEdit>
-#include <QListWidget>
+#include <QListView>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -42,7 +42,12 @@ FrmCreate::FrmCreate(GameState &state, Platform &platform, Navigator &navigator)
     // Wide enough that the title bar shows the whole title.
     setMinimumWidth(fontMetrics().horizontalAdvance(windowTitle()) + 160);
 
-    lstWords = makeList(this, QStringLiteral("lstWords"), QStringLiteral("Words in the list"));
+    // A view on the entries, not an item apiece, so that a list of millions
+    // of words opens at once; keys and selection as in any list box.
+    lstWords = new QListView(this);
+    setUpList(lstWords, QStringLiteral("lstWords"), QStringLiteral("Words in the list"));
+    lstWords->setUniformItemSizes(true);
+    lstWords->setModel(&m_entries);
     watchDeleteKey(lstWords);
 
     txtWord = new QLineEdit(this);
@@ -81,31 +86,26 @@ FrmCreate::FrmCreate(GameState &state, Platform &platform, Navigator &navigator)
 
 bool FrmCreate::Form_Load()
 {
-    lstWords->clear();
+    m_entries.load(QByteArray());
     if (m_state.editingList) {
-        QStringList loaded;
         FileFailure failure;
-        if (!ReadForEditing(m_platform.files, m_state.wordListPath, loaded, failure)) {
+        if (!ReadForEditing(m_platform.files, m_state.wordListPath, m_entries, m_format, failure)) {
             m_platform.dialogs.message(
                 nullptr, QStringLiteral("The word list file \"%1\" could not be opened: %2.")
                              .arg(failure.path, failure.reason));
             leaveWithoutOK();
             return false;
         }
-        lstWords->addItems(loaded);
-        if (lstWords->count() > 0)
-            lstWords->setCurrentRow(0);
+        if (m_entries.size() > 0)
+            select(0);
     }
     txtWord->setFocus();
     return true;
 }
 
-QStringList FrmCreate::entries() const
+void FrmCreate::select(qsizetype row)
 {
-    QStringList words;
-    for (int row = 0; row < lstWords->count(); ++row)
-        words.append(lstWords->item(row)->text());
-    return words;
+    lstWords->setCurrentIndex(m_entries.index(static_cast<int>(row)));
 }
 
 void FrmCreate::tell(const QString &prompt)
@@ -121,7 +121,8 @@ QString FrmCreate::ask(const QString &prompt, const QString &defaultText)
 
 void FrmCreate::cmdAdd_Click()
 {
-    const MadeWord made = MakeWord(txtWord->text(), lstWords->count());
+    const MadeWord made = MakeWord(
+        txtWord->text(), static_cast<int>(qMin<qsizetype>(m_entries.size(), kMaxListWords)));
     switch (made.outcome) {
     case MadeWordOutcome::ListFull:
         tell(kListFull);
@@ -133,8 +134,8 @@ void FrmCreate::cmdAdd_Click()
         tell(kTooLong);
         return;
     case MadeWordOutcome::Word:
-        lstWords->addItem(made.word);
-        lstWords->setCurrentRow(lstWords->count() - 1);
+        m_entries.append(made.word);
+        select(m_entries.size() - 1);
         txtWord->clear();
         return;
     }
@@ -142,16 +143,16 @@ void FrmCreate::cmdAdd_Click()
 
 void FrmCreate::cmdRemove_Click()
 {
-    const int i = lstWords->currentRow();
-    if (lstWords->count() == 0 || i < 0) {
+    const qsizetype i = lstWords->currentIndex().row();
+    if (m_entries.size() == 0 || i < 0) {
         tell(kNothingToRemove);
         return;
     }
-    delete lstWords->takeItem(i);
-    if (i < lstWords->count())
-        lstWords->setCurrentRow(i);
-    else if (lstWords->count() > 0)
-        lstWords->setCurrentRow(lstWords->count() - 1);
+    m_entries.removeAt(i);
+    if (i < m_entries.size())
+        select(i);
+    else if (m_entries.size() > 0)
+        select(m_entries.size() - 1);
 }
 
 void FrmCreate::lstWords_KeyDown(int keyCode, Qt::KeyboardModifiers)
@@ -164,7 +165,7 @@ void FrmCreate::cmdSave_Click()
 {
     if (finished())
         return;
-    if (lstWords->count() == 0) {
+    if (m_entries.size() == 0) {
         tell(kNothingToSave);
         return;
     }
@@ -177,8 +178,9 @@ void FrmCreate::cmdSave_Click()
 
     QString path;
     FileFailure failure;
-    if (!WriteList(m_platform.files, m_platform.system.wordListFolder(), checked.name, entries(),
-                   path, failure)) {
+    const auto entryAt = [this](qsizetype row) { return m_entries.entry(row); };
+    if (!WriteList(m_platform.files, m_platform.system.wordListFolder(), checked.name,
+                   m_entries.size(), entryAt, m_format, path, failure)) {
         // Nothing is lost: the words stay here and any old file is whole.
         tell(QStringLiteral("The word list could not be saved in the file \"%1\": %2. Your "
                             "words are still in the list.")

@@ -66,9 +66,10 @@ bool FrmWords::playMode() const
 
 void FrmWords::AddListEntry(int row, const QString &fileName, qint32 wordCount)
 {
-    auto *item = new QListWidgetItem(QStringLiteral("%1 - %2 words")
-                                         .arg(ListNameOfFileName(fileName))
-                                         .arg(wordCount));
+    // One arg() for both: a name holding "%1" or "%2" is shown as it is.
+    auto *item =
+        new QListWidgetItem(QStringLiteral("%1 - %2 words")
+                                .arg(ListNameOfFileName(fileName), QString::number(wordCount)));
     item->setData(kFileNameRole, fileName);
     lstWords->insertItem(row, item);
 }

@@ -1,97 +1,149 @@
 #include "wordlists/wordlistformat.h"
 
-#include "platform/platform.h"
+#include <algorithm>
 
 namespace lexicove {
 
 namespace {
 
-constexpr QChar kCarriageReturn = u'\r';
-constexpr QChar kLineFeed = u'\n';
-constexpr QChar kComma = u',';
-constexpr QChar kQuote = u'"';
+constexpr char kCarriageReturn = '\r';
+constexpr char kLineFeed = '\n';
+constexpr char kComma = ',';
+constexpr char kQuote = '"';
+const QString kLineEnd = QStringLiteral("\r\n");
+
+bool isLineEnd(char c)
+{
+    return c == kCarriageReturn || c == kLineFeed;
+}
+
+// The position after the line end at pos: CR LF, or a lone CR or LF.
+qsizetype pastLineEnd(QByteArrayView text, qsizetype pos)
+{
+    if (text[pos] == kCarriageReturn && pos + 1 < text.size() && text[pos + 1] == kLineFeed)
+        return pos + 2;
+    return pos + 1;
+}
 
 } // namespace
 
-QStringList ReadLines(const QByteArray &bytes)
+qsizetype LineCounter::add(QByteArrayView piece, qint64 most)
 {
-    const QString text = decode8Bit(bytes);
+    for (qsizetype i = 0; i < piece.size(); ++i) {
+        const char c = piece[i];
+        const qint64 at = m_offset++;
+        if (m_mark && at < kByteOrderMark.size()) {
+            if (c == kByteOrderMark[at])
+                continue;
+            // Not a mark after all: what looked like one is text.
+            m_mark = false;
+            m_open = m_open || at > 0;
+        }
+        const bool afterCR = m_afterCR;
+        m_afterCR = c == kCarriageReturn;
+        if (c == kLineFeed && afterCR)
+            continue;
+        if (isLineEnd(c)) {
+            m_open = false;
+            if (++m_ends == most)
+                return i + 1;
+        } else {
+            m_open = true;
+        }
+    }
+    return piece.size();
+}
+
+qint64 LineCounter::lines() const
+{
+    // A file cut short inside a byte order mark holds that much text.
+    const bool partMark = m_mark && m_offset > 0 && m_offset < kByteOrderMark.size();
+    return m_ends + (m_open || partMark ? 1 : 0);
+}
+
+QStringList ReadLines(QByteArrayView body, TextEncoding encoding, qsizetype most)
+{
     QStringList lines;
     qsizetype pos = 0;
-    while (pos < text.size()) {
-        qsizetype end = text.indexOf(kCarriageReturn, pos);
-        if (end < 0) {
-            lines.append(text.mid(pos));
-            break;
-        }
-        lines.append(text.mid(pos, end - pos));
-        pos = end + 1;
-        if (pos < text.size() && text.at(pos) == kLineFeed)
-            ++pos;
+    while (pos < body.size() && lines.size() != most) {
+        qsizetype end = pos;
+        while (end < body.size() && !isLineEnd(body[end]))
+            ++end;
+        lines.append(DecodeText(body.sliced(pos, end - pos), encoding));
+        pos = end < body.size() ? pastLineEnd(body, end) : end;
     }
     return lines;
 }
 
-QStringList ReadEntries(const QByteArray &bytes)
+QStringList ReadLines(QByteArrayView bytes)
 {
-    const QString text = decode8Bit(bytes);
-    QStringList entries;
+    const TextFormat format = DetectTextFormat(bytes);
+    return ReadLines(WithoutByteOrderMark(bytes, format), format.encoding, -1);
+}
+
+std::vector<ByteSpan> EntrySpans(QByteArrayView body)
+{
+    const auto isDelimiter = [](char c) { return c == kComma || isLineEnd(c); };
+    // Room for as many entries as there can be, so that the spans are never
+    // copied while they grow; what is never filled takes no memory.
+    std::vector<ByteSpan> spans;
+    spans.reserve(static_cast<size_t>(std::count_if(body.begin(), body.end(), isDelimiter)) + 1);
     qsizetype pos = 0;
-    const qsizetype size = text.size();
-    auto atLineEnd = [&](qsizetype i) {
-        return text.at(i) == kCarriageReturn || text.at(i) == kLineFeed;
-    };
-    // Consumes the delimiter that ends a field: a comma, or a line end (CR LF,
-    // or a lone CR or LF).
-    auto consumeDelimiter = [&]() {
-        if (pos >= size)
-            return;
-        if (text.at(pos) == kComma) {
-            ++pos;
-        } else if (text.at(pos) == kCarriageReturn) {
-            ++pos;
-            if (pos < size && text.at(pos) == kLineFeed)
-                ++pos;
-        } else if (text.at(pos) == kLineFeed) {
-            ++pos;
-        }
-    };
+    const qsizetype size = body.size();
+    const auto atDelimiter = [&](qsizetype i) { return isDelimiter(body[i]); };
     while (pos < size) {
-        QString entry;
-        if (text.at(pos) == kQuote) {
-            const qsizetype close = text.indexOf(kQuote, pos + 1);
+        ByteSpan span;
+        if (body[pos] == kQuote) {
+            const qsizetype close = body.indexOf(kQuote, pos + 1);
+            span.start = pos + 1;
             if (close < 0) {
-                entry = text.mid(pos + 1);
+                span.size = size - span.start;
                 pos = size;
             } else {
-                entry = text.mid(pos + 1, close - pos - 1);
+                span.size = close - span.start;
                 pos = close + 1;
                 // Anything between the closing mark and the delimiter is
                 // dropped.
-                while (pos < size && text.at(pos) != kComma && !atLineEnd(pos))
+                while (pos < size && !atDelimiter(pos))
                     ++pos;
             }
         } else {
-            qsizetype end = pos;
-            while (end < size && text.at(end) != kComma && !atLineEnd(end))
-                ++end;
-            entry = text.mid(pos, end - pos);
-            pos = end;
+            span.start = pos;
+            while (pos < size && !atDelimiter(pos))
+                ++pos;
+            span.size = pos - span.start;
         }
-        consumeDelimiter();
-        entries.append(entry);
+        // The comma or line end that ends the field is consumed with it.
+        if (pos < size)
+            pos = body[pos] == kComma ? pos + 1 : pastLineEnd(body, pos);
+        spans.push_back(span);
     }
+    return spans;
+}
+
+QStringList ReadEntries(QByteArrayView bytes, TextFormat *format)
+{
+    const TextFormat found = DetectTextFormat(bytes);
+    if (format)
+        *format = found;
+    const QByteArrayView body = WithoutByteOrderMark(bytes, found);
+    QStringList entries;
+    for (const ByteSpan &span : EntrySpans(body))
+        entries.append(DecodeText(body.sliced(span.start, span.size), found.encoding));
     return entries;
 }
 
-QByteArray WriteWords(const QStringList &words)
+QByteArray WriteWords(qsizetype count, const std::function<QString(qsizetype)> &wordAt,
+                      TextFormat &format)
 {
-    QByteArray bytes;
-    for (const QString &word : words) {
-        bytes += encode8Bit(word);
-        bytes += "\r\n";
-    }
-    return bytes;
+    return EncodeText(
+        count, [&wordAt](qsizetype i) { return wordAt(i) + kLineEnd; }, format);
+}
+
+QByteArray WriteWords(const QStringList &words, TextFormat &format)
+{
+    return WriteWords(
+        words.size(), [&words](qsizetype i) { return words.at(i); }, format);
 }
 
 } // namespace lexicove

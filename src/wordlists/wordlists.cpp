@@ -2,10 +2,12 @@
 
 #include "platform/platform.h"
 #include "wordlists/wordlistformat.h"
+#include "wordlists/wordlistmodel.h"
 
 #include <QDir>
 
 #include <algorithm>
+#include <limits>
 
 namespace lexicove {
 
@@ -89,36 +91,43 @@ bool CountWords(Files &files, const QString &folder, const QString &fileName, qi
 {
     count = 0;
     const QString path = joinPath(folder, fileName);
-    QByteArray bytes;
+    LineCounter counter;
     QString reason;
-    if (!files.read(path, bytes, reason)) {
+    const bool read = files.readPieces(
+        path,
+        [&counter](QByteArrayView piece) {
+            counter.add(piece);
+            return true;
+        },
+        reason);
+    if (!read) {
         failure = {path, reason};
         return false;
     }
-    count = static_cast<qint32>(ReadLines(bytes).size());
+    count = static_cast<qint32>(qMin<qint64>(counter.lines(), std::numeric_limits<qint32>::max()));
     return true;
 }
 
-bool ReadForEditing(Files &files, const QString &path, QStringList &entries,
+bool ReadForEditing(Files &files, const QString &path, WordListModel &entries, TextFormat &format,
                     FileFailure &failure)
 {
-    entries.clear();
     QByteArray bytes;
     QString reason;
     if (!files.read(path, bytes, reason)) {
         failure = {path, reason};
         return false;
     }
-    entries = ReadEntries(bytes);
+    format = entries.load(std::move(bytes));
     return true;
 }
 
-bool WriteList(Files &files, const QString &folder, const QString &listName,
-               const QStringList &words, QString &path, FileFailure &failure)
+bool WriteList(Files &files, const QString &folder, const QString &listName, qsizetype count,
+               const std::function<QString(qsizetype)> &wordAt, TextFormat &format, QString &path,
+               FileFailure &failure)
 {
     path = ExistingListPath(files, folder, listName);
     QString reason;
-    if (!files.write(path, WriteWords(words), reason)) {
+    if (!files.write(path, WriteWords(count, wordAt, format), reason)) {
         failure = {path, reason};
         return false;
     }

@@ -13,13 +13,18 @@
 // each list's file name, and saving a list looks for an existing file of
 // that list name in any case before making a new "<name>.wds".
 
+#include "platform/textencoding.h"
+
 #include <QString>
 #include <QStringList>
 #include <QtGlobal>
 
+#include <functional>
+
 namespace lexicove {
 
 class Files;
+class WordListModel;
 
 inline const QString kListExtension = QStringLiteral(".wds");
 
@@ -53,19 +58,32 @@ QString ListNameOfFileName(const QString &fileName);
 // The text after the last separator of path, less its last four characters.
 QString ListNameOfPath(const QString &path);
 
-// The number of lines of the list file fileName in folder.
+// The number of lines of the list file fileName in folder, counted without
+// holding the file.
 bool CountWords(Files &files, const QString &folder, const QString &fileName, qint32 &count,
                 FileFailure &failure);
 
-// The entries of the list file at path, as the editor loads them.
-bool ReadForEditing(Files &files, const QString &path, QStringList &entries,
+// The entries of the list file at path, as the editor loads them, and the
+// format they were read in.
+bool ReadForEditing(Files &files, const QString &path, WordListModel &entries, TextFormat &format,
                     FileFailure &failure);
 
 // Creates the list file of listName, or replaces the existing one whole, with
-// the words in order. A failed write leaves any old file as it was. path is
-// set to the file written (or that could not be).
-bool WriteList(Files &files, const QString &folder, const QString &listName,
-               const QStringList &words, QString &path, FileFailure &failure);
+// the words in order (count of them, wordAt giving each), in format when it
+// holds them (else in UTF-8: format is set to the one written). A failed
+// write leaves any old file as it was. path is set to the file written (or
+// that could not be).
+bool WriteList(Files &files, const QString &folder, const QString &listName, qsizetype count,
+               const std::function<QString(qsizetype)> &wordAt, TextFormat &format, QString &path,
+               FileFailure &failure);
+inline bool WriteList(Files &files, const QString &folder, const QString &listName,
+                      const QStringList &words, TextFormat &format, QString &path,
+                      FileFailure &failure)
+{
+    return WriteList(
+        files, folder, listName, words.size(), [&words](qsizetype i) { return words.at(i); },
+        format, path, failure);
+}
 
 // Removes the list file fileName (a name from EnumerateLists) from folder.
 bool DeleteList(Files &files, const QString &folder, const QString &fileName,

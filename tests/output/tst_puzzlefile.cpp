@@ -46,6 +46,7 @@ private slots:
     void oneFileByteForByte();
     void twoFiles();
     void cancelWritesNothing();
+    void everyCharacterKept();
     void failuresLoseNothing();
 };
 
@@ -99,6 +100,17 @@ void TestPuzzleFile::cancelWritesNothing()
     rig.fp.dialogs.answers.clear();
     QVERIFY(rig.fp.dialogs.shown.isEmpty());
     QVERIFY(rig.files().isEmpty());
+}
+
+// A puzzle is 8-bit text unless a word or letter needs UTF-8: no character is ever replaced.
+void TestPuzzleFile::everyCharacterKept()
+{
+    for (const auto &[word, bytes] : {std::pair{u"caf\u00e9", QByteArray("caf\xe9")},
+                                      std::pair{u"\u0142\u00e9", QByteArray("\xc5\x82\xc3\xa9")}}) {
+        SaveRig rig({QString::fromUtf16(word)});
+        QCOMPARE(rig.save(rig.fp.path("p.txt")).end, SaveResult::End::Saved);
+        QVERIFY(rig.fp.readFile("p.txt").contains("\r\n1. " + bytes + "\r\n"));
+    }
 }
 
 // A file that can't be written is named with the reason and nothing else is written; when the

@@ -13,7 +13,8 @@ private slots:
     void readsTheNumberTheReplyBeginsWith()
     {
         // A reply gives the whole number it begins with, blanks skipped and halves rounded to
-        // even; 0 when it holds none, and no value when the number is too large to hold.
+        // even on the exact value, whatever its length or exponent; 0 when it holds none, and no
+        // value when the number is too large to hold.
         constexpr std::optional<qint64> kTooLarge;
         const std::pair<const char *, std::optional<qint64>> replies[] = {
             {"12abc", 12},
@@ -52,6 +53,19 @@ private slots:
             {"-1e30", kTooLarge},
             {"&H8000000000000000", kTooLarge},
             {"99999999999999999999", kTooLarge},
+            {"27D9223372036854775807", kTooLarge},
+            {"27D-9223372036854775808", 0},
+            {"1e99999999999999999999999", kTooLarge},
+            {"0e99999999999999999999999", 0},
+            {"0.000000000000000000000000000051e30", 51},
+            {"2.50000000000000000000001", 3},
+            {"0.50000000000000000000001", 1},
+            {"-2.50000000000000000000001", -3},
+            {"9223372036854775806.5", 9223372036854775806},
+            {"9223372036854775807.4999", std::numeric_limits<qint64>::max()},
+            {"9223372036854775807.5", kTooLarge},
+            {"-9223372036854775808.5", std::numeric_limits<qint64>::min()},
+            {"-9223372036854775808.50001", kTooLarge},
         };
         for (const auto &[reply, expected] : replies)
             QVERIFY2(ReadReplyNumber(QString::fromLatin1(reply)) == expected, reply);

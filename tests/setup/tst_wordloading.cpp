@@ -16,8 +16,8 @@ private slots:
     void readsLinesLongestFirst()
     {
         // Each of the first 50 lines is a word exactly as it stands, a line end after the last
-        // adding none; longest first, equal lengths in file order; an unreadable file gives
-        // false and a reason and leaves the loaded words alone.
+        // adding none; longest first, equal lengths in file order; the rest of the file is not
+        // read; an unreadable file gives false and a reason and leaves the loaded words alone.
         const struct {
             QByteArray file;
             QStringList words;
@@ -34,6 +34,16 @@ private slots:
         GameState state;
         state.wordListPath = fake.path(QStringLiteral("list.wds"));
         QString error;
+        // Past the 50th line nothing is read, unless a byte above 127 in the words makes their
+        // characters depend on whether the whole file is UTF-8 (here it is not: "\xff").
+        fake.files.pieceSize = 64;
+        const QByteArray rest = QByteArray("a\r\n").repeated(60) + QByteArray(1 << 20, 'z');
+        for (const QByteArray &first : {QByteArray("ab"), QByteArray("\xc3\xa9")}) {
+            fake.writeFile(QStringLiteral("list.wds"), first + "\r\n" + rest + "\xff");
+            QVERIFY(LoadWords(state, fake.files, error));
+            QCOMPARE(state.words[1], first == "ab" ? "ab" : "\u00c3\u00a9");
+            QCOMPARE(fake.files.bytesRead > (1 << 20), first != "ab");
+        }
         for (const auto &k : cases) {
             fake.writeFile(QStringLiteral("list.wds"), k.file);
             QVERIFY(LoadWords(state, fake.files, error));

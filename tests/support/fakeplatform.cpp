@@ -4,6 +4,11 @@
 #include <QFile>
 #include <QFileInfo>
 
+#ifdef Q_OS_UNIX
+#include <csignal>
+#include <sys/resource.h>
+#endif
+
 namespace lexicove::test {
 
 MessageResult FakeDialogs::message(QWidget *, const QString &prompt, MessageButtons buttons,
@@ -111,13 +116,25 @@ QStringList FakeFiles::list(const QString &folder, const QString &extension)
     return m_real.list(folder, extension);
 }
 
-bool FakeFiles::read(const QString &path, QByteArray &bytes, QString &error)
+bool FakeFiles::readPieces(const QString &path, const PieceReader &take, QString &error)
 {
     if (failRead.contains(path)) {
         error = QStringLiteral("Permission denied");
         return false;
     }
-    return m_real.read(path, bytes, error);
+    bytesRead = 0;
+    return m_real.readPieces(
+        path,
+        [&](QByteArrayView piece) {
+            for (qsizetype at = 0; at < piece.size(); at += pieceSize) {
+                const QByteArrayView part = piece.sliced(at, qMin(pieceSize, piece.size() - at));
+                bytesRead += part.size();
+                if (!take(part))
+                    return false;
+            }
+            return true;
+        },
+        error);
 }
 
 bool FakeFiles::write(const QString &path, const QByteArray &bytes, QString &error)
@@ -126,6 +143,25 @@ bool FakeFiles::write(const QString &path, const QByteArray &bytes, QString &err
         error = QStringLiteral("Permission denied");
         return false;
     }
+#ifdef Q_OS_UNIX
+    if (writeLimit >= 0) {
+        rlimit old{};
+        getrlimit(RLIMIT_FSIZE, &old);
+        rlimit limited = old;
+        limited.rlim_cur = static_cast<rlim_t>(writeLimit);
+        const auto oldHandler = signal(SIGXFSZ, SIG_IGN);
+        setrlimit(RLIMIT_FSIZE, &limited);
+        const bool written = m_real.write(path, bytes, error);
+        setrlimit(RLIMIT_FSIZE, &old);
+        signal(SIGXFSZ, oldHandler);
+        return written;
+    }
+#else
+    if (writeLimit >= 0 && bytes.size() > writeLimit) {
+        error = QStringLiteral("File too large");
+        return false;
+    }
+#endif
     return m_real.write(path, bytes, error);
 }
 

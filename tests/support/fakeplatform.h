@@ -107,12 +107,19 @@ public:
 class FakeFiles final : public Files {
 public:
     QStringList list(const QString &folder, const QString &extension) override;
-    bool read(const QString &path, QByteArray &bytes, QString &error) override;
+    bool readPieces(const QString &path, const PieceReader &take, QString &error) override;
     bool write(const QString &path, const QByteArray &bytes, QString &error) override;
     bool remove(const QString &path, QString &error) override;
 
     QSet<QString> failRead;
     bool failAllWrites = false;
+    // A file size limit in bytes for the writes (where the system has one),
+    // as a full disk would be: the real write then fails as it flushes.
+    qint64 writeLimit = -1;
+    // Pieces of this many bytes at most, to try readers on every split.
+    qsizetype pieceSize = kPieceSize;
+    // How many bytes the readers took before they stopped reading.
+    qint64 bytesRead = 0;
 
 private:
     QtFiles m_real;

@@ -7,7 +7,7 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QTimer>
-#include <QListWidget>
+#include <QAbstractItemView>
 #include <QTest>
 #include <QWidget>
 
@@ -35,11 +35,18 @@ inline void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
     QTest::keyClick(focus, static_cast<Qt::Key>(key), modifiers);
 }
 
+// Typed text; a character beyond ASCII comes as the text of a key with no
+// key code of its own, as from a keyboard layout or an input method.
 inline void type(const QString &text)
 {
     QWidget *focus = focused();
     QVERIFY2(focus, "no control has the focus");
-    QTest::keyClicks(focus, text);
+    for (const QChar ch : text) {
+        if (ch.unicode() < 0x80)
+            QTest::keyClick(focus, ch.toLatin1());
+        else
+            QTest::sendKeyEvent(QTest::Click, focus, Qt::Key_unknown, QString(ch), Qt::NoModifier);
+    }
 }
 
 // Once the next modal window is up and active, runs `keys` (the player at
@@ -80,12 +87,13 @@ inline QWidget *activeWindowNamed(const QString &name)
     return window && window->objectName() == name ? window : nullptr;
 }
 
-// The entries of a list box, top to bottom.
-inline QStringList entriesOf(const QListWidget *list)
+// The entries of a list box, top to bottom, as it shows them.
+inline QStringList entriesOf(const QAbstractItemView *list)
 {
     QStringList texts;
-    for (int row = 0; row < list->count(); ++row)
-        texts.append(list->item(row)->text());
+    const QAbstractItemModel *model = list->model();
+    for (int row = 0; row < model->rowCount(); ++row)
+        texts.append(model->index(row, 0).data().toString());
     return texts;
 }
 

@@ -15,7 +15,10 @@ struct EditorRig : WindowRig<FrmCreate> {
         state.wordListPath = fp.path(file);
         return open();
     }
-    QStringList entries() const { return entriesOf(window->findChild<QListWidget *>("lstWords")); }
+    QStringList entries() const
+    {
+        return entriesOf(window->findChild<QAbstractItemView *>("lstWords"));
+    }
 };
 
 class TestFrmCreate : public QObject {
@@ -70,31 +73,36 @@ private slots:
         QCOMPARE(rig.fp.readFile("l.wds"), "ant\r\nbee\r\ncow\r\ndog\r\n");
     }
 
-    // Save offers the list's name and asks again after an invalid one; an empty name or a failed
-    // write saves nothing, the words kept; a valid new name writes that file, leaving the old.
+    // Save offers the list's name and asks again after an invalid one; an empty name, or a write
+    // that fails as the disk fills, saves nothing and keeps the old file and the words; a save
+    // after it writes the file with CR LF line ends and every character kept (in UTF-8 when 8
+    // bits can't hold one); a new name leaves the old file.
     void save()
     {
         EditorRig rig;
-        QVERIFY(rig.openOn("pets.wds", "cat\r\n"));
-        type("gnu\r");
-        const auto save = [&](bool fail, const QStringList &replies, const QStringList &prompts) {
-            rig.fp.files.failAllWrites = fail;
+        QVERIFY(rig.openOn("pets.wds", "cat\n"));
+        type("łoś\r");
+        const auto save = [&](qint64 limit, const QStringList &replies,
+                              const QStringList &prompts) {
+            rig.fp.files.writeLimit = limit;
             rig.fp.dialogs.clear();
             rig.fp.dialogs.replies = replies;
             press(Qt::Key_S, Qt::AltModifier);
             QTRY_COMPARE(rig.fp.dialogs.prompts(), prompts);
             QCOMPARE(rig.fp.dialogs.shown[0].defaultText, "pets");
-            QCOMPARE(rig.fp.readFile("pets.wds"), "cat\r\n");
+            QCOMPARE(rig.fp.readFile("pets.wds"), "cat\n");
         };
         const QString asked = "Please enter a name for this word list, using only letters, "
                               "numbers, and spaces";
-        save(false, {"my-list", "  "}, {asked, "Invalid word list name! " + asked});
-        save(true, {"pets"},
+        save(-1, {"my-list", "  "}, {asked, "Invalid word list name! " + asked});
+        save(4, {"pets"},
              {asked, "The word list could not be saved in the file \"" + rig.fp.path("pets.wds") +
-                         "\": Permission denied. "
-                         "Your words are still in the list."});
-        save(false, {" My Zoo 2 "}, {asked, "Your word list has been saved"});
-        QCOMPARE(rig.fp.readFile("my zoo 2.wds"), "cat\r\ngnu\r\n");
+                         "\": File too large. Your words are still in the list."});
+        QCOMPARE(QDir(rig.fp.dir.path()).entryList(QDir::Files), QStringList{"pets.wds"});
+        QCOMPARE(rig.entries(), (QStringList{"cat", "\u0142o\u015b"}));
+        QCOMPARE(focusName(), "txtWord");
+        save(-1, {" My Zoo 2 "}, {asked, "Your word list has been saved"});
+        QCOMPARE(rig.fp.readFile("my zoo 2.wds"), "cat\r\n\xc5\x82o\xc5\x9b\r\n");
         QCOMPARE(rig.fp.files.list(rig.fp.system.folder, ".wds").size(), 2);
         QCOMPARE(rig.navigator.mainMenuShown, 1);
     }

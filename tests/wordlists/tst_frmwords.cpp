@@ -4,17 +4,20 @@
 #include "windowrig.h"
 #include "wordlists/frmwords.h"
 
+#include <QListWidget>
+
 using namespace lexicove;
 using namespace lexicove::test;
 
-// A chooser in play or edit mode on a folder whose n-th file holds n - 1 lines.
+// A chooser in play or edit mode on a folder of n files, the first holding n - 1 lines, the
+// next one fewer, the last none.
 struct ChooserRig : WindowRig<FrmWords> {
     ChooserRig(bool edit, const QStringList &files)
     {
         state.chooserMode = edit ? kChooserEdit : kChooserOptions;
         state.editingList = edit;
         for (int i = 0; i < files.size(); ++i)
-            fp.writeFile(files[i], QByteArray("a\r\n").repeated(i));
+            fp.writeFile(files[i], QByteArray("a\r\n").repeated(files.size() - 1 - i));
     }
 };
 
@@ -22,11 +25,12 @@ class TestFrmWords : public QObject {
     Q_OBJECT
 
 private slots:
-    // Lists show as "name - count words", the random entry last only to play; Enter opens the
-    // options, or the editor in edit mode, on the list; the random entry takes list Int(r x n).
+    // Lists show as "name - count words", names exactly as they are, the random entry last only
+    // to play; Enter opens the options, or the editor in edit mode, on the list; the random entry
+    // takes list Int(r x n).
     void choosing()
     {
-        const QStringList files{"a.wds", "my-list - x.wds", "Zoo.WDS"};
+        const QStringList files{"50%1 off.wds", "a.wds", "my-list - x.wds", "Zoo.WDS"};
         const struct {
             bool edit;
             QString keys;
@@ -34,15 +38,16 @@ private slots:
             int chosen;
         } cases[] = {{false, "Return", -1, 0},
                      {true, "Down, Return", -1, 1},
-                     {false, "End, Return", 0.3333333, 0},
-                     {false, "End, Return", 1.0 / 3, 1},
-                     {false, "End, Return", 0.6666666, 1},
-                     {false, "End, Return", 2.0 / 3, 2}};
+                     {false, "End, Return", 0.2499999, 0},
+                     {false, "End, Return", 0.25, 1},
+                     {false, "End, Return", 0.7499999, 2},
+                     {false, "End, Return", 0.75, 3}};
         for (const auto &c : cases) {
             ChooserRig rig(c.edit, files);
             rig.fp.random.script = {c.r};
             QVERIFY(rig.open());
-            QStringList shown{"a - 0 words", "my-list - x - 1 words", "Zoo - 2 words"};
+            QStringList shown{"50%1 off - 3 words", "a - 2 words", "my-list - x - 1 words",
+                              "Zoo - 0 words"};
             QCOMPARE(entriesOf(rig.window->findChild<QListWidget *>("lstWords")),
                      c.edit ? shown : shown << "Choose random list");
             QTest::keySequence(focused(), QKeySequence::fromString(c.keys));
