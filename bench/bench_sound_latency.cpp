@@ -63,6 +63,7 @@ public:
     QString systemDirectory() override { return m_real.systemDirectory(); }
     QString programFolder() override { return m_folder; }
     QString wordListFolder() override { return m_folder; }
+    bool screenReaderRunning() override { return m_real.screenReaderRunning(); }
 
 private:
     QString m_folder;

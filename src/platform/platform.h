@@ -81,6 +81,8 @@ public:
     // is a program folder the user can write, otherwise the user's
     // application data folder.
     virtual QString wordListFolder() = 0;
+    // Whether a screen reader is listening to the game now.
+    virtual bool screenReaderRunning() = 0;
 };
 
 // Only regular files (and links to them) are files here: a folder, a named

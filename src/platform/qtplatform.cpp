@@ -1,5 +1,6 @@
 #include "platform/qtplatform.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QCoreApplication>
 #include <QDateTime>
@@ -139,6 +140,12 @@ const ProgramFiles &QtSystemInfo::programFiles()
 QString QtSystemInfo::programFolder()
 {
     return programFiles().sounds;
+}
+
+bool QtSystemInfo::screenReaderRunning()
+{
+    // Qt talks to assistive technology only while one is connected.
+    return QAccessible::isActive();
 }
 
 QString QtSystemInfo::wordListFolder()

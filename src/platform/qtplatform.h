@@ -48,6 +48,7 @@ public:
     // folder (programfiles.h).
     QString programFolder() override;
     QString wordListFolder() override;
+    bool screenReaderRunning() override;
 
 private:
     const ProgramFiles &programFiles();

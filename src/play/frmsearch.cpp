@@ -209,7 +209,10 @@ void FrmSearch::PlayCurrentLetter()
 void FrmSearch::ReplayLetterSoon()
 {
     const quint64 ticket = ++m_gridEvents;
-    m_platform.clock.callAfter(kLetterAfterFocusMs, this, [this, ticket] {
+    // A screen reader names the window first; without one the letter comes at
+    // once.
+    const int wait = m_platform.system.screenReaderRunning() ? kLetterAfterFocusMs : 0;
+    m_platform.clock.callAfter(wait, this, [this, ticket] {
         if (ticket != m_gridEvents || !flex->hasFocus() || !isActiveWindow())
             return;
         flex->focusAnnounced();

@@ -116,6 +116,12 @@ void TestFrmSearch::setUpShowsEveryCell()
     QCOMPARE(rig.fp.sound.names(), QStringList{"a.wav"});
     rig.fp.clock.advance(60000);
     QCOMPARE(rig.fp.sound.names(), QStringList{"a.wav"});
+    // With no screen reader to name the window first, the letter comes at once.
+    PuzzleRig alone;
+    alone.fp.system.screenReader = false;
+    QVERIFY(alone.open(kAlphabet, {"never"}));
+    alone.fp.clock.advance(0);
+    QCOMPARE(alone.fp.sound.names(), QStringList{"a.wav"});
 }
 
 // Each cursor key moves the cursor and plays its letter's file; at the grid's edge, onto a cell

@@ -99,7 +99,9 @@ public:
     QString systemDirectory() override { return systemDir; }
     QString programFolder() override { return folder; }
     QString wordListFolder() override { return folder; }
+    bool screenReaderRunning() override { return screenReader; }
     QString systemDir = QStringLiteral("/usr/lib");
+    bool screenReader = true;
     QString folder;
 };
 
