@@ -63,6 +63,14 @@ FrmSearch::FrmSearch(GameState &state, Platform &platform, Navigator &navigator)
     BuildMenu();
 }
 
+FrmSearch::~FrmSearch()
+{
+    // The grid outlives this part of the window by a moment and loses the
+    // focus on the way out: nothing of it may reach a window that is gone.
+    flex->removeEventFilter(this);
+    disconnect(flex, nullptr, this, nullptr);
+}
+
 void FrmSearch::BuildMenu()
 {
     menuBar()->setAccessibleName(QStringLiteral("Menu"));

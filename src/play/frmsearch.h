@@ -34,6 +34,7 @@ public:
     static constexpr int kLetterAfterFocusMs = 2300;
 
     FrmSearch(GameState &state, Platform &platform, Navigator &navigator);
+    ~FrmSearch() override;
 
     // Shows the puzzle of the game state and starts play. Always true: the
     // puzzle window has no reason to end itself while loading.

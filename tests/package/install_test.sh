@@ -59,8 +59,10 @@ command=$(sed -n 's/^Exec=//p' "$desktop")
 [ "$command" = lexicove ] || fail "the desktop entry starts \"$command\", not lexicove"
 mkdir -p "$work/home" "$work/runtime"
 chmod 700 "$work/runtime"
+# A menu's bare environment; only a sanitizer build's own settings pass.
 (cd / && exec env -i HOME="$work/home" PATH="$prefix/games:/usr/bin:/bin" DISPLAY="$DISPLAY" \
-    XDG_RUNTIME_DIR="$work/runtime" QT_QPA_PLATFORM=xcb "$command" </dev/null \
+    XDG_RUNTIME_DIR="$work/runtime" QT_QPA_PLATFORM=xcb ASAN_OPTIONS="${ASAN_OPTIONS:-}" \
+    UBSAN_OPTIONS="${UBSAN_OPTIONS:-}" LSAN_OPTIONS="${LSAN_OPTIONS:-}" "$command" </dev/null \
     >"$work/game.log" 2>&1) &
 game_pid=$!
 
