@@ -59,6 +59,11 @@ FrmSearch::FrmSearch(GameState &state, Platform &platform, Navigator &navigator)
     setCentralWidget(flex);
     connect(flex, &PuzzleGrid::focusEntered, this, &FrmSearch::ReplayLetterSoon);
     connect(flex, &PuzzleGrid::focusLeft, this, [this] { ++m_gridEvents; });
+    flex->setMarksSource([this](int row, int column) {
+        const std::optional<GridCell> pending = m_play.pendingMark();
+        return PuzzleGrid::CellMarks{m_play.isFound(row, column),
+                                     pending && *pending == GridCell{row, column}};
+    });
 
     BuildMenu();
 }
@@ -226,7 +231,10 @@ void FrmSearch::MarkLetter()
     const int column = flex->currentColumn();
     if (row < 0 || column < 0)
         return;
-    Perform(m_play.MarkLetter(row + 1, column + 1));
+    const Replies replies = m_play.MarkLetter(row + 1, column + 1);
+    // Seen behind the message that tells the find.
+    flex->showMarks();
+    Perform(replies);
 }
 
 void FrmSearch::Perform(const Replies &replies)

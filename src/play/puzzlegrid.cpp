@@ -1,6 +1,9 @@
 #include "play/puzzlegrid.h"
 
 #include <QAccessibleWidget>
+#include <QPainter>
+
+#include <algorithm>
 
 namespace lexicove {
 
@@ -51,6 +54,12 @@ PuzzleGrid::PuzzleGrid(QWidget *parent) : QTableWidget(parent)
     }();
     Q_UNUSED(installed);
     setAccessibleName(kPuzzleName);
+    setItemDelegate(new LetterDelegate(this));
+}
+
+PuzzleGrid::CellMarks PuzzleGrid::marksAt(const QModelIndex &index) const
+{
+    return m_marks && index.isValid() ? m_marks(index.row() + 1, index.column() + 1) : CellMarks();
 }
 
 QString PuzzleGrid::currentLetter() const
@@ -94,6 +103,44 @@ void PuzzleGrid::focusOutEvent(QFocusEvent *event)
 {
     QTableWidget::focusOutEvent(event);
     emit focusLeft();
+}
+
+LetterDelegate::LetterDelegate(PuzzleGrid *grid) : QStyledItemDelegate(grid), m_grid(grid) {}
+
+void LetterDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const
+{
+    QStyledItemDelegate::initStyleOption(option, index);
+    if (!marks(index).found)
+        return;
+    // A found letter stands on a light mix of the highlight colour into the
+    // background, in bold: the cursor's full highlight still stands out, and
+    // the text colour keeps its contrast in a high-contrast theme too.
+    const QColor base = option->palette.color(QPalette::Base);
+    const QColor highlight = option->palette.color(QPalette::Highlight);
+    constexpr float kTint = 0.4f;
+    option->backgroundBrush =
+        QColor::fromRgbF(base.redF() + (highlight.redF() - base.redF()) * kTint,
+                         base.greenF() + (highlight.greenF() - base.greenF()) * kTint,
+                         base.blueF() + (highlight.blueF() - base.blueF()) * kTint);
+    option->font.setBold(true);
+}
+
+void LetterDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
+                           const QModelIndex &index) const
+{
+    QStyledItemDelegate::paint(painter, option, index);
+    if (!marks(index).pending)
+        return;
+    // The first mark is framed in the text colour, which shows on the plain
+    // background, on a found word's tint and under the cursor alike.
+    const int width = std::max(2, option.rect.height() / 10);
+    painter->save();
+    painter->setPen(QPen(option.palette.color(QPalette::Text), width, Qt::SolidLine, Qt::SquareCap,
+                         Qt::MiterJoin));
+    painter->setBrush(Qt::NoBrush);
+    const qreal inset = width / 2.0;
+    painter->drawRect(QRectF(option.rect).adjusted(inset, inset, -inset, -inset));
+    painter->restore();
 }
 
 } // namespace lexicove

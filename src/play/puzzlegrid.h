@@ -1,6 +1,9 @@
 #pragma once
 
+#include <QStyledItemDelegate>
 #include <QTableWidget>
+
+#include <functional>
 
 namespace lexicove {
 
@@ -21,10 +24,29 @@ namespace lexicove {
 // Whatever follows the cursor (the letter sound, a braille display) hangs on
 // the three signals below. Typed characters never move the cursor (a plain
 // table would jump to the next cell starting with the letter).
+//
+// Found words and a pending first mark are drawn by the cells' delegate from
+// what the game says of each cell as it is painted; nothing of them is in the
+// table's items, so showing them changes nothing a screen reader could hear.
 class PuzzleGrid final : public QTableWidget {
     Q_OBJECT
 public:
+    // How a cell is drawn besides its letter.
+    struct CellMarks {
+        bool found = false;   // part of a word found: a tint of the highlight colour
+        bool pending = false; // the first mark of a selection: a frame
+        bool operator==(const CellMarks &other) const = default;
+    };
+    // Tells the marks of the cell in row and column, numbered from 1.
+    using MarksSource = std::function<CellMarks(int row, int column)>;
+
     explicit PuzzleGrid(QWidget *parent = nullptr);
+
+    void setMarksSource(MarksSource source) { m_marks = std::move(source); }
+    // The marks the cell at index is drawn with.
+    CellMarks marksAt(const QModelIndex &index) const;
+    // Draws the marks again after the game changed them.
+    void showMarks() { viewport()->update(); }
 
     // The letter under the cursor, without blanks; empty when none.
     QString currentLetter() const;
@@ -52,6 +74,25 @@ protected:
 
 private:
     bool m_tellPlace = false;
+    MarksSource m_marks;
+};
+
+// Draws each letter with the marks its grid gives it.
+class LetterDelegate final : public QStyledItemDelegate {
+    Q_OBJECT
+public:
+    explicit LetterDelegate(PuzzleGrid *grid);
+    // What the drawing of the cell at index uses.
+    PuzzleGrid::CellMarks marks(const QModelIndex &index) const { return m_grid->marksAt(index); }
+
+    void paint(QPainter *painter, const QStyleOptionViewItem &option,
+               const QModelIndex &index) const override;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override;
+
+private:
+    PuzzleGrid *m_grid;
 };
 
 } // namespace lexicove

@@ -76,8 +76,8 @@ private slots:
 };
 
 // The grid is one focusable object named "Puzzle", without children, whose description tells
-// its row and column once the announcement of the focus is over; no move of the cursor sends a
-// screen reader anything about it.
+// its row and column once the announcement of the focus is over; no move of the cursor and no
+// mark sends a screen reader anything about it.
 void TestScreenReader::puzzleIsOneSilentObject()
 {
     WindowRig<FrmSearch> rig;
@@ -104,8 +104,13 @@ void TestScreenReader::puzzleIsOneSilentObject()
     QCOMPARE(puzzle->text(QAccessible::Description), "row 1, column 1");
 
     AccessRecorder recorder;
-    const QList<QKeyCombination> moves = {Qt::Key_Right,
+    // Marks too: a word found and a first mark left pending are drawn, and told to nobody.
+    const QList<QKeyCombination> moves = {Qt::Key_Space,
+                                          Qt::Key_Right,
+                                          Qt::Key_Right,
+                                          Qt::Key_Space,
                                           Qt::Key_Down,
+                                          Qt::Key_Space,
                                           Qt::Key_Left,
                                           Qt::Key_Up,
                                           Qt::Key_End,
@@ -128,6 +133,7 @@ void TestScreenReader::puzzleIsOneSilentObject()
                         .arg(event.child);
     QCOMPARE(told, QStringList());
     QVERIFY(grid->currentRow() > 10);
+    QVERIFY(rig.window->marking().markPending() && rig.window->marking().wordsRemaining() == 0);
     QCOMPARE(puzzle->text(QAccessible::Description),
              QStringLiteral("row %1, column 2").arg(grid->currentRow() + 1));
 }

@@ -44,7 +44,7 @@ struct PuzzleRig : WindowRig<FrmSearch> {
         state.hideWords = hide;
         return WindowRig::open() && focused() == grid();
     }
-    QTableWidget *grid() const { return window->findChild<QTableWidget *>(QStringLiteral("flex")); }
+    PuzzleGrid *grid() const { return window->findChild<PuzzleGrid *>(QStringLiteral("flex")); }
     Cell cursor() const { return {grid()->currentRow() + 1, grid()->currentColumn() + 1}; }
 
     // Space on each cell in turn, moving there by the arrow keys: the sounds
@@ -75,6 +75,24 @@ struct PuzzleRig : WindowRig<FrmSearch> {
     }
     // How long the player takes over each message box that mark() meets.
     quint32 boxUpMs = 0;
+
+    // The grid as its cells are drawn, a text per row: a found letter in
+    // capitals, the pending mark in brackets.
+    QStringList drawn() const
+    {
+        const auto *delegate = qobject_cast<LetterDelegate *>(grid()->itemDelegate());
+        QStringList rows;
+        for (int r = 0; r < grid()->rowCount(); ++r) {
+            rows.append(QString());
+            for (int c = 0; c < grid()->columnCount(); ++c) {
+                const PuzzleGrid::CellMarks marks = delegate->marks(grid()->model()->index(r, c));
+                const QString letter = grid()->item(r, c)->text();
+                const QString shown = marks.found ? letter.toUpper() : letter;
+                rows.last() += marks.pending ? "[" + shown + "]" : shown;
+            }
+        }
+        return rows;
+    }
 };
 
 } // namespace
@@ -86,6 +104,7 @@ private slots:
     void setUpShowsEveryCell();
     void keysMoveAndPlayTheLetter();
     void selection();
+    void foundAndPendingDrawn();
     void lastWord();
     void timeReport();
     void wordsToFind();
@@ -195,6 +214,30 @@ void TestFrmSearch::selection()
         expected << key + c.heard.join(" | ") + ", left " + QString::number(c.left);
     }
     QCOMPARE(actual, expected);
+}
+
+// The cells of each word found are drawn found from its message on, and the first mark's cell while
+// it waits: the second mark ends it whatever it finds, No on the exit question keeps it.
+void TestFrmSearch::foundAndPendingDrawn()
+{
+    PuzzleRig rig;
+    QVERIFY(rig.open(kAlphabet, {"abc", "eimqu", "fgh"}));
+    const auto after = [&](const QList<Cell> &marks) {
+        QStringList seenWithMessage;
+        rig.fp.dialogs.onShow = [&](const ShownDialog &) { seenWithMessage = rig.drawn(); };
+        rig.mark(marks);
+        rig.fp.dialogs.onShow = nullptr;
+        return seenWithMessage.isEmpty() ? rig.drawn() : seenWithMessage;
+    };
+    QCOMPARE(after({{1, 2}}), (QStringList{"a[b]cde", "fghij", "klmno", "pqrst", "uvwxy"}));
+    rig.fp.dialogs.answers = {MessageResult::No};
+    press(Qt::Key_Escape);
+    QCOMPARE(rig.drawn(), (QStringList{"a[b]cde", "fghij", "klmno", "pqrst", "uvwxy"}));
+    QCOMPARE(after({{1, 3}}), (QStringList{"abcde", "fghij", "klmno", "pqrst", "uvwxy"}));
+    QCOMPARE(after({{1, 3}, {1, 1}}), (QStringList{"ABCde", "fghij", "klmno", "pqrst", "uvwxy"}));
+    QCOMPARE(after({{5, 1}, {1, 5}, {1, 2}}),
+             (QStringList{"A[B]CdE", "fghIj", "klMno", "pQrst", "Uvwxy"}));
+    QCOMPARE(after({{3, 3}}), (QStringList{"ABCdE", "fghIj", "klMno", "pQrst", "Uvwxy"}));
 }
 
 // The last word gives its message, then "cheer1.wav" up to and at the time limit or "cheer2.wav"
