@@ -8,17 +8,18 @@
 #include "play/frmlist.h"
 #include "play/timereport.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QCoreApplication>
-#include <QFontMetrics>
 #include <QGuiApplication>
-#include <QHeaderView>
 #include <QKeyEvent>
 #include <QListWidget>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPointer>
 #include <QScreen>
+#include <QStyle>
+#include <QWindow>
 
 #include <algorithm>
 
@@ -29,9 +30,11 @@ namespace {
 // Character codes the window acts on when typed in the grid.
 enum class KeyCode { Escape = 27, Space = 32 };
 
-// Each letter column is 200 twips wide (a twip is 1/1440 inch).
-constexpr double kLetterColumnTwips = 200.0;
-constexpr double kTwipsPerInch = 1440.0;
+// A window no smaller than this, whatever the grid.
+constexpr QSize kSmallestWindow(240, 160);
+// Room for a window's frame before the window system has drawn one, when no
+// other window of the game shows what the frames are like.
+constexpr QMargins kFrameGuess(8, 32, 8, 8);
 
 const QString kExitQuestion = QStringLiteral("Really exit this word search?");
 const QString kExitTitle = QStringLiteral("Confirmation");
@@ -41,7 +44,8 @@ const QString kNoneToFind = QStringLiteral("You've found all the words!");
 } // namespace
 
 FrmSearch::FrmSearch(GameState &state, Platform &platform, Navigator &navigator)
-    : m_state(state), m_platform(platform), m_navigator(navigator), m_play(state, platform.clock)
+    : m_state(state), m_platform(platform), m_navigator(navigator), m_play(state, platform.clock),
+      m_frameGuess(kFrameGuess)
 {
     setObjectName(QStringLiteral("frmSearch"));
     setWindowTitle(kAppTitle);
@@ -53,8 +57,6 @@ FrmSearch::FrmSearch(GameState &state, Platform &platform, Navigator &navigator)
     flex->setSelectionBehavior(QAbstractItemView::SelectItems);
     // Tab leaves the grid alone; only the cursor keys move over the letters.
     flex->setTabKeyNavigation(false);
-    flex->horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    flex->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     flex->installEventFilter(this);
     setCentralWidget(flex);
     connect(flex, &PuzzleGrid::focusEntered, this, &FrmSearch::ReplayLetterSoon);
@@ -107,7 +109,7 @@ bool FrmSearch::Form_Load()
     connect(flex, &PuzzleGrid::cursorMoved, this, &FrmSearch::flex_RowColChange);
     // A new window starts with every word to find and no mark pending.
     m_play.Begin();
-    SizeToGrid();
+    OpenAtScreenSize();
     flex->setFocus();
     return true;
 }
@@ -129,20 +131,6 @@ void FrmSearch::FillGridView()
     flex->setVerticalHeaderLabels(rowNumbers);
     flex->setHorizontalHeaderLabels(columnNumbers);
 
-    const int letterWidth = qRound(kLetterColumnTwips / kTwipsPerInch * logicalDpiX());
-    QHeaderView *columnHeader = flex->horizontalHeader();
-    columnHeader->setMinimumSectionSize(1);
-    columnHeader->setDefaultSectionSize(letterWidth);
-    // Column numbers up to two digits fit the narrow letter columns in a
-    // smaller type without margins.
-    columnHeader->setStyleSheet(QStringLiteral("QHeaderView::section { padding: 0px; }"));
-    QFont numberFont = columnHeader->font();
-    while (numberFont.pointSizeF() > 5.0 &&
-           QFontMetrics(numberFont).horizontalAdvance(QString::number(columns)) > letterWidth - 2)
-        numberFont.setPointSizeF(numberFont.pointSizeF() - 0.5);
-    columnHeader->setFont(numberFont);
-    flex->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 4);
-
     for (int r = 1; r <= rows; ++r) {
         for (int c = 1; c <= columns; ++c) {
             const QString &letter = m_state.grid[r][c];
@@ -154,17 +142,69 @@ void FrmSearch::FillGridView()
     }
 }
 
-void FrmSearch::SizeToGrid()
+void FrmSearch::OpenAtScreenSize()
 {
-    const int width = flex->verticalHeader()->sizeHint().width() +
-                      flex->horizontalHeader()->length() + 2 * flex->frameWidth() + 4;
-    const int height = menuBar()->sizeHint().height() +
-                       flex->horizontalHeader()->sizeHint().height() +
-                       flex->verticalHeader()->length() + 2 * flex->frameWidth() + 4;
-    QSize size(std::max(width, 240), std::max(height, 160));
-    if (const QScreen *screen = QGuiApplication::primaryScreen())
-        size = size.boundedTo(screen->availableGeometry().size() * 9 / 10);
+    // On the screen the game is on: the one of the window that opens this one.
+    const QWidget *opener = QApplication::activeWindow();
+    if (QScreen *screen = opener ? opener->screen() : QGuiApplication::primaryScreen())
+        setScreen(screen);
+    // This window's frame will be like the opener's.
+    if (const QWindow *handle = opener ? opener->windowHandle() : nullptr)
+        if (!handle->frameMargins().isNull())
+            m_frameGuess = handle->frameMargins();
+    flex->setZoom(100);
+    FitToGrid(true);
+}
+
+QMargins FrmSearch::FrameMargins() const
+{
+    const QWindow *handle = windowHandle();
+    return handle && isVisible() ? handle->frameMargins() : m_frameGuess;
+}
+
+QRect FrmSearch::Room() const
+{
+    const QScreen *shown = screen();
+    return shown ? shown->availableGeometry() : QRect(QPoint(0, 0), kSmallestWindow);
+}
+
+QSize FrmSearch::WindowSizeFor(const QSize &gridSize) const
+{
+    return gridSize + QSize(0, menuBar()->sizeHint().height());
+}
+
+void FrmSearch::FitToGrid(bool centre)
+{
+    // A window the player has maximised keeps its size; the grid scrolls.
+    if (isMaximized() || isFullScreen())
+        return;
+    const QMargins frame = FrameMargins();
+    const QRect room = Room();
+    const QSize most = room.marginsRemoved(frame).size();
+    QSize whole = WindowSizeFor(flex->sizeFor(flex->rowCount(), flex->columnCount()));
+    // A scroll bar one way takes room the other way.
+    const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, flex);
+    const bool down = whole.height() > most.height();
+    if (down)
+        whole.rwidth() += bar;
+    if (whole.width() > most.width()) {
+        whole.rheight() += bar;
+        if (!down && whole.height() > most.height())
+            whole.rwidth() += bar;
+    }
+    const QSize size = whole.expandedTo(kSmallestWindow).boundedTo(most);
     resize(size);
+
+    const QSize outer = size.grownBy(frame);
+    QPoint corner = centre ? room.topLeft() + QPoint((room.width() - outer.width()) / 2,
+                                                     (room.height() - outer.height()) / 2)
+                           : frameGeometry().topLeft();
+    // Grown, the window stays on the screen.
+    corner.setX(std::clamp(corner.x(), room.left(),
+                           std::max(room.left(), room.right() + 1 - outer.width())));
+    corner.setY(std::clamp(corner.y(), room.top(),
+                           std::max(room.top(), room.bottom() + 1 - outer.height())));
+    move(corner);
 }
 
 bool FrmSearch::eventFilter(QObject *watched, QEvent *event)

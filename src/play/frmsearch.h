@@ -5,6 +5,7 @@
 #include "play/puzzlegrid.h"
 
 #include <QMainWindow>
+#include <QMargins>
 
 class QAction;
 class QMenu;
@@ -59,7 +60,18 @@ protected:
 private:
     void BuildMenu();
     void FillGridView();
-    void SizeToGrid();
+    // Opens as large as shows the whole grid, centred on the game's screen,
+    // within the screen's free area.
+    void OpenAtScreenSize();
+    // The window's frame, guessed until the window system has drawn it.
+    QMargins FrameMargins() const;
+    // The screen's area free for windows.
+    QRect Room() const;
+    // The window's inner size around a grid of that size.
+    QSize WindowSizeFor(const QSize &gridSize) const;
+    // Grows or shrinks the window to show the whole grid, up to the screen's
+    // free area, centred or kept where it is and moved back onto the screen.
+    void FitToGrid(bool centre);
     // Returns true when the character was one the window acts on.
     bool Form_KeyPress(int code);
     void flex_RowColChange();
@@ -85,6 +97,7 @@ private:
     Navigator &m_navigator;
     Marking m_play;
     bool m_leaving = false;
+    QMargins m_frameGuess;
     // Counts the moves and focus changes of the grid; a replay waiting for
     // an older count is dropped.
     quint64 m_gridEvents = 0;

@@ -28,6 +28,14 @@ namespace lexicove {
 // Found words and a pending first mark are drawn by the cells' delegate from
 // what the game says of each cell as it is painted; nothing of them is in the
 // table's items, so showing them changes nothing a screen reader could hear.
+// Nor does scrolling: the scroll bars have no value to tell.
+//
+// Letters and numbers are drawn at a zoom of the desktop's own font size.
+// Every letter column has one width: 200 twips (1/1440 inch each) at that
+// zoom, or more when a letter or a column number would not fit (numbers are bold on
+// the cursor's row and column, so they are measured bold); every row the
+// height of a bold letter and a margin. Whatever the size, the cursor's cell
+// stays in view.
 class PuzzleGrid final : public QTableWidget {
     Q_OBJECT
 public:
@@ -47,6 +55,13 @@ public:
     CellMarks marksAt(const QModelIndex &index) const;
     // Draws the marks again after the game changed them.
     void showMarks() { viewport()->update(); }
+
+    // Draws letters and numbers at percent of the desktop's font size.
+    void setZoom(int percent);
+    int zoom() const { return m_zoom; }
+    // The size that shows rows by columns of letters with their numbers at
+    // the zoom, with nothing to scroll.
+    QSize sizeFor(int rows, int columns) const;
 
     // The letter under the cursor, without blanks; empty when none.
     QString currentLetter() const;
@@ -71,10 +86,15 @@ protected:
                           const QItemSelection &deselected) override;
     void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     bool m_tellPlace = false;
     MarksSource m_marks;
+    QFont m_baseFont;
+    int m_zoom = 100;
+    int m_columnWidth = 0;
+    int m_rowHeight = 0;
 };
 
 // Draws each letter with the marks its grid gives it.

@@ -12,6 +12,7 @@
 #include "wordlists/frmcreate.h"
 
 #include <QAccessible>
+#include <QScrollBar>
 #include <QTableWidget>
 #include <QtTest>
 
@@ -27,6 +28,9 @@ struct AccessRecorder {
         QPointer<QObject> object;
         int child;
         QString focusName; // of what took the focus, for a focus event
+        // Qt's bridges to assistive technology pass a value change on only
+        // from an object that has a value.
+        bool passedOn;
     };
     static inline QList<Event> events;
 
@@ -34,10 +38,12 @@ struct AccessRecorder {
     {
         events.clear();
         previous = QAccessible::installUpdateHandler([](QAccessibleEvent *event) {
-            QAccessibleInterface *focus =
-                event->type() == QAccessible::Focus ? event->accessibleInterface() : nullptr;
+            QAccessibleInterface *source = event->accessibleInterface();
+            const bool focus = event->type() == QAccessible::Focus && source;
+            const bool passedOn =
+                event->type() != QAccessible::ValueChanged || (source && source->valueInterface());
             events.append({event->type(), event->object(), event->child(),
-                           focus ? focus->text(QAccessible::Name) : QString()});
+                           focus ? source->text(QAccessible::Name) : QString(), passedOn});
         });
     }
     ~AccessRecorder() { QAccessible::installUpdateHandler(previous); }
@@ -57,6 +63,16 @@ bool isInside(const QObject *object, const QObject *ancestor)
         if (object == ancestor)
             return true;
     return false;
+}
+
+// A scroll bar (or the box that holds it) coming or going: no screen reader speaks of it.
+bool isScrollBarShownOrHidden(const AccessRecorder::Event &event)
+{
+    const bool showing =
+        event.type == QAccessible::ObjectShow || event.type == QAccessible::ObjectHide;
+    return showing && event.object &&
+           (qobject_cast<QScrollBar *>(event.object) ||
+            event.object->findChild<QScrollBar *>(QString(), Qt::FindDirectChildrenOnly));
 }
 
 } // namespace
@@ -82,7 +98,7 @@ void TestScreenReader::puzzleIsOneSilentObject()
 {
     WindowRig<FrmSearch> rig;
     QStringList rows;
-    for (int r = 0; r < 30; ++r) // more rows than the window shows: moves scroll
+    for (int r = 0; r < 50; ++r) // more rows than the window shows: moves scroll
         rows << kAlphabet[r % 5] + kAlphabet[(r + 1) % 5];
     setPuzzle(rig.state, rows, {"abc"});
     QVERIFY(rig.open());
@@ -126,13 +142,13 @@ void TestScreenReader::puzzleIsOneSilentObject()
     QCoreApplication::processEvents();
     QStringList told;
     for (const auto &event : AccessRecorder::events)
-        if (isInside(event.object, grid))
+        if (isInside(event.object, grid) && event.passedOn && !isScrollBarShownOrHidden(event))
             told << QStringLiteral("%1 on %2 child %3")
                         .arg(event.type)
                         .arg(event.object ? event.object->metaObject()->className() : "?")
                         .arg(event.child);
     QCOMPARE(told, QStringList());
-    QVERIFY(grid->currentRow() > 10);
+    QVERIFY(grid->currentRow() > 10 && grid->verticalScrollBar()->value() > 0);
     QVERIFY(rig.window->marking().markPending() && rig.window->marking().wordsRemaining() == 0);
     QCOMPARE(puzzle->text(QAccessible::Description),
              QStringLiteral("row %1, column 2").arg(grid->currentRow() + 1));

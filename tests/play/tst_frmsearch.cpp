@@ -1,9 +1,14 @@
 #include "keys.h"
 #include "play/frmsearch.h"
 #include "puzzles.h"
+#include "screen.h"
 #include "windowrig.h"
 
+#include <QHeaderView>
 #include <QListWidget>
+#include <QScreen>
+#include <QScrollBar>
+#include <QStyle>
 #include <QtTest>
 
 using namespace lexicove;
@@ -29,6 +34,18 @@ const QString kAllFound = QStringLiteral(
 
 const auto Found = [](const QString &word) { return "Correct! You found the word " + word + "!"; };
 
+// A side by side puzzle.
+QStringList squarePuzzle(int side)
+{
+    QStringList rows;
+    for (int r = 0; r < side; ++r) {
+        rows.append(QString());
+        for (int c = 0; c < side; ++c)
+            rows.last() += QChar(u'a' + (r * 7 + c * 3) % 26);
+    }
+    return rows;
+}
+
 struct PuzzleRig : WindowRig<FrmSearch> {
     ~PuzzleRig()
     {
@@ -46,6 +63,12 @@ struct PuzzleRig : WindowRig<FrmSearch> {
     }
     PuzzleGrid *grid() const { return window->findChild<PuzzleGrid *>(QStringLiteral("flex")); }
     Cell cursor() const { return {grid()->currentRow() + 1, grid()->currentColumn() + 1}; }
+    bool showsWholeGrid() const
+    {
+        return grid()->horizontalScrollBar()->maximum() == 0 &&
+               grid()->verticalScrollBar()->maximum() == 0;
+    }
+    QRect screenRoom() const { return window->screen()->availableGeometry(); }
 
     // Space on each cell in turn, moving there by the arrow keys: the sounds
     // (file names) and the messages the presses gave, in order.
@@ -100,6 +123,9 @@ struct PuzzleRig : WindowRig<FrmSearch> {
 class TestFrmSearch : public QObject {
     Q_OBJECT
 
+public:
+    static void initMain() { useOffscreenScreen(1024, 768); }
+
 private slots:
     void setUpShowsEveryCell();
     void keysMoveAndPlayTheLetter();
@@ -111,6 +137,8 @@ private slots:
     void leavingAsks();
     void outputCommands();
     void focusBackReplaysTheLetter();
+    void numbersFitTheirColumns();
+    void opensShowingTheGrid();
 };
 
 // The grid shows cell (r, c) of the puzzle in row r and column c numbered from 1; the cursor
@@ -478,6 +506,50 @@ void TestFrmSearch::focusBackReplaysTheLetter()
                          "same cell: mark.wav | h.wav", "word found: mark.wav g.wav f.wav | f.wav",
                          "exit, No:  | f.wav", "close box, No:  | f.wav", "words list:  | f.wav",
                          "save:  | f.wav", "braille:  | f.wav", "moved meanwhile: g.wav | "}));
+}
+
+// At 50 columns each column's number fits its width in bold (the cursor's column is numbered in
+// bold), and each row's its header.
+void TestFrmSearch::numbersFitTheirColumns()
+{
+    PuzzleRig rig;
+    QVERIFY(rig.open(squarePuzzle(50), {"abc"}));
+    QStringList misfits;
+    for (QHeaderView *header : {rig.grid()->horizontalHeader(), rig.grid()->verticalHeader()}) {
+        QFont bold = header->font();
+        bold.setBold(true);
+        const int margins = 2 * header->style()->pixelMetric(QStyle::PM_HeaderMargin);
+        for (int i = 0; i < 50; ++i) {
+            const QString number = QString::number(i + 1);
+            const int room =
+                header->orientation() == Qt::Horizontal ? header->sectionSize(i) : header->width();
+            if (QFontMetrics(bold).horizontalAdvance(number) + margins > room)
+                misfits << number;
+        }
+    }
+    QCOMPARE(misfits, QStringList());
+    QVERIFY(rig.grid()->columnWidth(0) >= 200.0 / 1440 * rig.grid()->logicalDpiX());
+}
+
+// The window opens as large as shows the whole grid, centred on the screen, or as large as the
+// screen's free area allows.
+void TestFrmSearch::opensShowingTheGrid()
+{
+    const struct {
+        int side;
+        bool whole;
+    } table[] = {{20, true}, {50, false}};
+    for (const auto &row : table) {
+        PuzzleRig rig;
+        QVERIFY(rig.open(squarePuzzle(row.side), {"abc"}));
+        const QString what = QStringLiteral("%1 x %1").arg(row.side);
+        QVERIFY2(rig.showsWholeGrid() == row.whole, qPrintable(what));
+        const QRect frame = rig.window->frameGeometry();
+        QVERIFY2(rig.screenRoom().contains(frame), qPrintable(what));
+        const QPoint offCentre = frame.center() - rig.screenRoom().center();
+        // Centred as well as a frame not yet drawn can be guessed.
+        QVERIFY2(std::abs(offCentre.x()) <= 10 && std::abs(offCentre.y()) <= 20, qPrintable(what));
+    }
 }
 
 QTEST_MAIN(TestFrmSearch)
