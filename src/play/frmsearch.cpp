@@ -22,6 +22,7 @@
 #include <QWindow>
 
 #include <algorithm>
+#include <array>
 
 namespace lexicove {
 
@@ -30,16 +31,66 @@ namespace {
 // Character codes the window acts on when typed in the grid.
 enum class KeyCode { Escape = 27, Space = 32 };
 
-// A window no smaller than this, whatever the grid.
-constexpr QSize kSmallestWindow(240, 160);
+// The sizes the puzzle is drawn at, in percent of the desktop's font size.
+constexpr std::array kZoomSteps{100, 125, 150, 175, 200, 250, 300, 350, 400};
+constexpr int kNormalZoom = 100;
+enum class ZoomChange { None, In, Out, Reset };
+// A zoom is too large when the screen can't show the smallest puzzle whole.
+constexpr int kSmallestSide = 5;
 // Room for a window's frame before the window system has drawn one, when no
 // other window of the game shows what the frames are like.
 constexpr QMargins kFrameGuess(8, 32, 8, 8);
+constexpr QSize kSmallestWindow(240, 160);
+
+// Ctrl with Plus or Equals (with or without Shift, on the keypad too), Minus
+// or 0.
+ZoomChange ZoomChangeOf(const QKeyEvent &key)
+{
+    if (!(key.modifiers() & Qt::ControlModifier) ||
+        (key.modifiers() & (Qt::AltModifier | Qt::MetaModifier)))
+        return ZoomChange::None;
+    switch (key.key()) {
+    case Qt::Key_Plus:
+    case Qt::Key_Equal:
+        return ZoomChange::In;
+    case Qt::Key_Minus:
+        return ZoomChange::Out;
+    case Qt::Key_0:
+        return ZoomChange::Reset;
+    default:
+        return ZoomChange::None;
+    }
+}
+
+// The step the change leads to from percent; percent itself when there is
+// none further that way.
+int ZoomAfter(int percent, ZoomChange change)
+{
+    switch (change) {
+    case ZoomChange::In: {
+        const auto next = std::upper_bound(kZoomSteps.begin(), kZoomSteps.end(), percent);
+        return next != kZoomSteps.end() ? *next : percent;
+    }
+    case ZoomChange::Out: {
+        const auto next = std::lower_bound(kZoomSteps.begin(), kZoomSteps.end(), percent);
+        return next != kZoomSteps.begin() ? *(next - 1) : percent;
+    }
+    case ZoomChange::Reset:
+        return kNormalZoom;
+    case ZoomChange::None:
+        break;
+    }
+    return percent;
+}
+
+const QString kZoomSetting = QStringLiteral("puzzle/zoom");
 
 const QString kExitQuestion = QStringLiteral("Really exit this word search?");
 const QString kExitTitle = QStringLiteral("Confirmation");
 const QString kListTitle = QStringLiteral("Word List - Words Remaining");
 const QString kNoneToFind = QStringLiteral("You've found all the words!");
+const QString kZoomNotKept =
+    QStringLiteral("The size of the letters could not be kept for your next game: %1.");
 
 } // namespace
 
@@ -152,7 +203,14 @@ void FrmSearch::OpenAtScreenSize()
     if (const QWindow *handle = opener ? opener->windowHandle() : nullptr)
         if (!handle->frameMargins().isNull())
             m_frameGuess = handle->frameMargins();
-    flex->setZoom(100);
+    // The zoom chosen last time, or the largest step below it that the
+    // screen can show.
+    const int stored = m_platform.settings.number(kZoomSetting, kNormalZoom);
+    int zoom = std::find(kZoomSteps.begin(), kZoomSteps.end(), stored) != kZoomSteps.end()
+                   ? stored
+                   : kNormalZoom;
+    while (!ApplyZoom(zoom) && zoom != kNormalZoom)
+        zoom = ZoomAfter(zoom, ZoomChange::Out);
     FitToGrid(true);
 }
 
@@ -171,6 +229,19 @@ QRect FrmSearch::Room() const
 QSize FrmSearch::WindowSizeFor(const QSize &gridSize) const
 {
     return gridSize + QSize(0, menuBar()->sizeHint().height());
+}
+
+bool FrmSearch::ApplyZoom(int percent)
+{
+    const int before = flex->zoom();
+    flex->setZoom(percent);
+    const QSize smallest = WindowSizeFor(flex->sizeFor(kSmallestSide, kSmallestSide));
+    const QSize room = Room().marginsRemoved(FrameMargins()).size();
+    if (percent == kNormalZoom ||
+        (smallest.width() <= room.width() && smallest.height() <= room.height()))
+        return true;
+    flex->setZoom(before);
+    return false;
 }
 
 void FrmSearch::FitToGrid(bool centre)
@@ -207,10 +278,27 @@ void FrmSearch::FitToGrid(bool centre)
     move(corner);
 }
 
+void FrmSearch::ChangeZoom(int percent)
+{
+    if (percent == flex->zoom() || !ApplyZoom(percent))
+        return;
+    FitToGrid(false);
+    QString error;
+    if (!m_platform.settings.setNumber(kZoomSetting, percent, error) && !m_toldZoomNotKept) {
+        // Once per puzzle: the zoom still holds for this game.
+        m_toldZoomNotKept = true;
+        ShowMessage(kZoomNotKept.arg(error));
+    }
+}
+
 bool FrmSearch::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == flex && event->type() == QEvent::KeyPress) {
         const auto *key = static_cast<QKeyEvent *>(event);
+        if (const ZoomChange change = ZoomChangeOf(*key); change != ZoomChange::None) {
+            ChangeZoom(ZoomAfter(flex->zoom(), change));
+            return true;
+        }
         int code = -1;
         if (key->key() == Qt::Key_Escape)
             code = static_cast<int>(KeyCode::Escape);

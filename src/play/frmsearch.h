@@ -60,8 +60,8 @@ protected:
 private:
     void BuildMenu();
     void FillGridView();
-    // Opens as large as shows the whole grid, centred on the game's screen,
-    // within the screen's free area.
+    // Opens at the zoom kept from last time, as large as shows the whole
+    // grid, centred on the game's screen, within the screen's free area.
     void OpenAtScreenSize();
     // The window's frame, guessed until the window system has drawn it.
     QMargins FrameMargins() const;
@@ -69,9 +69,16 @@ private:
     QRect Room() const;
     // The window's inner size around a grid of that size.
     QSize WindowSizeFor(const QSize &gridSize) const;
+    // Draws the grid at percent; false, and nothing changed, when the screen
+    // could not show the smallest puzzle whole at that size (100 % always
+    // applies).
+    bool ApplyZoom(int percent);
     // Grows or shrinks the window to show the whole grid, up to the screen's
     // free area, centred or kept where it is and moved back onto the screen.
     void FitToGrid(bool centre);
+    // Ctrl+Plus, Ctrl+Minus, Ctrl+0: the grid at percent, kept for the next
+    // games.
+    void ChangeZoom(int percent);
     // Returns true when the character was one the window acts on.
     bool Form_KeyPress(int code);
     void flex_RowColChange();
@@ -97,6 +104,7 @@ private:
     Navigator &m_navigator;
     Marking m_play;
     bool m_leaving = false;
+    bool m_toldZoomNotKept = false;
     QMargins m_frameGuess;
     // Counts the moves and focus changes of the grid; a replay waiting for
     // an older count is dropped.

@@ -136,7 +136,10 @@ void TestScreenReader::puzzleIsOneSilentObject()
                                           Qt::Key_End | Qt::ControlModifier,
                                           Qt::Key_Home | Qt::ControlModifier,
                                           Qt::Key_PageDown,
-                                          Qt::Key_Right};
+                                          Qt::Key_Plus | Qt::ControlModifier,
+                                          Qt::Key_Plus | Qt::ControlModifier,
+                                          Qt::Key_Right,
+                                          Qt::Key_Minus | Qt::ControlModifier};
     for (const QKeyCombination move : moves)
         press(move.key(), move.keyboardModifiers());
     QCoreApplication::processEvents();

@@ -137,7 +137,8 @@ private slots:
     void leavingAsks();
     void outputCommands();
     void focusBackReplaysTheLetter();
-    void numbersFitTheirColumns();
+    void zoomStepsAndIsKept();
+    void largestZoomOnASmallScreen();
     void opensShowingTheGrid();
 };
 
@@ -508,41 +509,121 @@ void TestFrmSearch::focusBackReplaysTheLetter()
                          "save:  | f.wav", "braille:  | f.wav", "moved meanwhile: g.wav | "}));
 }
 
-// At 50 columns each column's number fits its width in bold (the cursor's column is numbered in
-// bold), and each row's its header.
-void TestFrmSearch::numbersFitTheirColumns()
+// Ctrl+Plus and Ctrl+Equals draw the letters and numbers a step larger, Ctrl+Minus a step smaller
+// and Ctrl+0 at the desktop's size again, never smaller; each letter column stays 200 twips wide
+// at least at the zoom, the window grows to show the whole grid, and the next puzzle opens at the
+// same zoom, after a restart too. A zoom that can't be kept is said once, and holds for the game.
+void TestFrmSearch::zoomStepsAndIsKept()
+{
+    PuzzleRig rig;
+    const QStringList puzzle = squarePuzzle(10);
+    QVERIFY(rig.open(puzzle, {"abc"}));
+    const auto sizes = [&] {
+        return QStringLiteral("%1 %2pt %3x%4 in %5x%6")
+            .arg(rig.grid()->zoom())
+            .arg(rig.grid()->font().pointSizeF())
+            .arg(rig.grid()->columnWidth(0))
+            .arg(rig.grid()->rowHeight(0))
+            .arg(rig.window->width())
+            .arg(rig.window->height());
+    };
+    const auto restart = [&] {
+        rig.fp.dialogs.answers = {MessageResult::Yes};
+        press(Qt::Key_Escape);
+        QTRY_VERIFY(rig.window.isNull());
+        rig.fp.settings.restart();
+        QVERIFY(rig.open(puzzle, {"abc"}));
+    };
+    const QString normal = sizes();
+    const qreal normalPoints = rig.grid()->font().pointSizeF();
+    const int normalWidth = rig.window->width();
+    press(Qt::Key_Plus, Qt::ControlModifier);
+    press(Qt::Key_Plus, Qt::ControlModifier);
+    QCOMPARE(rig.grid()->zoom(), 150);
+    QCOMPARE(rig.grid()->font().pointSizeF(), normalPoints * 1.5);
+    QCOMPARE(rig.grid()->horizontalHeader()->font(), rig.grid()->font());
+    QVERIFY(rig.grid()->columnWidth(0) >= 200.0 / 1440 * rig.grid()->logicalDpiX() * 1.5);
+    QVERIFY(rig.showsWholeGrid() && rig.window->width() > normalWidth);
+    const QString larger = sizes();
+    restart();
+    QCOMPARE(sizes(), larger);
+
+    const struct {
+        QKeyCombination key;
+        int zoom;
+    } steps[] = {{Qt::ControlModifier | Qt::Key_Equal, 175},
+                 {Qt::ControlModifier | Qt::Key_Minus, 150},
+                 {Qt::ControlModifier | Qt::Key_0, 100},
+                 {Qt::ControlModifier | Qt::Key_Minus, 100}};
+    for (const auto &step : steps) {
+        press(step.key.key(), step.key.keyboardModifiers());
+        QCOMPARE(rig.grid()->zoom(), step.zoom);
+    }
+    QCOMPARE(sizes(), normal);
+    restart();
+    QCOMPARE(sizes(), normal);
+
+    rig.fp.settings.failWrites = true;
+    rig.fp.dialogs.shown.clear();
+    press(Qt::Key_Plus, Qt::ControlModifier);
+    press(Qt::Key_Plus, Qt::ControlModifier);
+    QCOMPARE(rig.grid()->zoom(), 150);
+    QCOMPARE(rig.fp.dialogs.prompts(),
+             QStringList{"The size of the letters could not be kept for your next game: \"" +
+                         rig.fp.dir.filePath("settings.ini") + "\" could not be written."});
+    QCOMPARE(focused(), rig.grid());
+}
+
+// On a 1024 x 768 screen a 50 x 50 puzzle zooms up to 400 %, its window kept on the screen with
+// the cursor's cell in view; at every step each column's number fits its width in bold (the
+// cursor's column is numbered in bold), and each row's its header.
+void TestFrmSearch::largestZoomOnASmallScreen()
 {
     PuzzleRig rig;
     QVERIFY(rig.open(squarePuzzle(50), {"abc"}));
+    QCOMPARE(rig.screenRoom(), QRect(0, 0, 1024, 768));
+    press(Qt::Key_End, Qt::ControlModifier);
+    press(Qt::Key_Left);
+    press(Qt::Key_Left);
     QStringList misfits;
-    for (QHeaderView *header : {rig.grid()->horizontalHeader(), rig.grid()->verticalHeader()}) {
-        QFont bold = header->font();
-        bold.setBold(true);
-        const int margins = 2 * header->style()->pixelMetric(QStyle::PM_HeaderMargin);
-        for (int i = 0; i < 50; ++i) {
-            const QString number = QString::number(i + 1);
-            const int room =
-                header->orientation() == Qt::Horizontal ? header->sectionSize(i) : header->width();
-            if (QFontMetrics(bold).horizontalAdvance(number) + margins > room)
-                misfits << number;
+    for (int zoom = 0; zoom != rig.grid()->zoom(); press(Qt::Key_Plus, Qt::ControlModifier)) {
+        zoom = rig.grid()->zoom();
+        for (QHeaderView *header : {rig.grid()->horizontalHeader(), rig.grid()->verticalHeader()}) {
+            QFont bold = header->font();
+            bold.setBold(true);
+            const int margins = 2 * header->style()->pixelMetric(QStyle::PM_HeaderMargin);
+            for (int i = 0; i < 50; ++i) {
+                const QString number = QString::number(i + 1);
+                const int room = header->orientation() == Qt::Horizontal ? header->sectionSize(i)
+                                                                         : header->width();
+                if (QFontMetrics(bold).horizontalAdvance(number) + margins > room)
+                    misfits << QStringLiteral("%1 at %2 %").arg(number).arg(zoom);
+            }
         }
     }
     QCOMPARE(misfits, QStringList());
-    QVERIFY(rig.grid()->columnWidth(0) >= 200.0 / 1440 * rig.grid()->logicalDpiX());
+    QCOMPARE(rig.grid()->zoom(), 400);
+    QCOMPARE(rig.cursor(), (Cell{50, 48}));
+    QVERIFY(rig.grid()->viewport()->rect().contains(
+        rig.grid()->visualRect(rig.grid()->currentIndex())));
+    QVERIFY(rig.screenRoom().contains(rig.window->frameGeometry()));
 }
 
-// The window opens as large as shows the whole grid, centred on the screen, or as large as the
-// screen's free area allows.
+// The window opens as large as shows the whole grid at the zoom kept from last time, centred on
+// the screen, or as large as the screen's free area allows.
 void TestFrmSearch::opensShowingTheGrid()
 {
     const struct {
-        int side;
+        int side, zoom;
         bool whole;
-    } table[] = {{20, true}, {50, false}};
+    } table[] = {{20, 100, true}, {50, 100, false}, {20, 200, false}, {5, 400, true}};
     for (const auto &row : table) {
         PuzzleRig rig;
+        QString error;
+        QVERIFY(rig.fp.settings.setNumber(QStringLiteral("puzzle/zoom"), row.zoom, error));
         QVERIFY(rig.open(squarePuzzle(row.side), {"abc"}));
-        const QString what = QStringLiteral("%1 x %1").arg(row.side);
+        const QString what = QStringLiteral("%1 x %1 at %2 %").arg(row.side).arg(row.zoom);
+        QCOMPARE(rig.grid()->zoom(), row.zoom);
         QVERIFY2(rig.showsWholeGrid() == row.whole, qPrintable(what));
         const QRect frame = rig.window->frameGeometry();
         QVERIFY2(rig.screenRoom().contains(frame), qPrintable(what));
