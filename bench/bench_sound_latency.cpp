@@ -111,7 +111,10 @@ struct Rig {
     SoundFolderInfo system{soundFolder()};
     lexicove::QtFiles files;
     lexicove::QtFileDialogs fileDialogs;
-    lexicove::Platform platform{dialogs, timed, clock, random, system, files, fileDialogs};
+    // Never written: the puzzle is drawn at its usual size.
+    lexicove::QtSettings settings{QDir::temp().filePath(QStringLiteral("lexicove-bench.ini"))};
+    lexicove::Platform platform{dialogs, timed, clock,       random,
+                                system,  files, fileDialogs, settings};
     StayNavigator navigator;
     GameState state;
 };

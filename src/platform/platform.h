@@ -123,6 +123,19 @@ public:
     virtual bool remove(const QString &path, QString &error) = 0;
 };
 
+// What the game remembers between runs: whole numbers by name (the size the
+// puzzle is drawn at).
+class Settings {
+public:
+    virtual ~Settings() = default;
+    // The number stored under key, or fallback when none is.
+    virtual int number(const QString &key, int fallback) = 0;
+    // Stores value under key for the next runs at once. On failure returns
+    // false and says, naming the file, why in error; the value still holds
+    // for this run.
+    virtual bool setNumber(const QString &key, int value, QString &error) = 0;
+};
+
 // Everything above, handed to each window together.
 struct Platform {
     Dialogs &dialogs;
@@ -132,6 +145,7 @@ struct Platform {
     SystemInfo &system;
     Files &files;
     FileDialogs &fileDialogs;
+    Settings &settings;
 };
 
 // Joins a folder and a file name with the platform's separator.

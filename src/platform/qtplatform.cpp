@@ -11,6 +11,7 @@
 #include <QInputDialog>
 #include <QMessageBox>
 #include <QSaveFile>
+#include <QSettings>
 #include <QStandardPaths>
 #include <QStringDecoder>
 #include <QTemporaryFile>
@@ -278,6 +279,33 @@ bool QtFiles::remove(const QString &path, QString &error)
         return false;
     }
     return true;
+}
+
+QtSettings::QtSettings(const QString &path)
+    : m_settings(path.isEmpty()
+                     ? std::make_unique<QSettings>(QSettings::IniFormat, QSettings::UserScope,
+                                                   kAppTitle, kAppTitle)
+                     : std::make_unique<QSettings>(path, QSettings::IniFormat))
+{
+}
+
+QtSettings::~QtSettings() = default;
+
+int QtSettings::number(const QString &key, int fallback)
+{
+    bool ok = false;
+    const int value = m_settings->value(key).toInt(&ok);
+    return ok ? value : fallback;
+}
+
+bool QtSettings::setNumber(const QString &key, int value, QString &error)
+{
+    m_settings->setValue(key, value);
+    m_settings->sync();
+    if (m_settings->status() == QSettings::NoError)
+        return true;
+    error = QStringLiteral("\"%1\" could not be written").arg(m_settings->fileName());
+    return false;
 }
 
 } // namespace lexicove

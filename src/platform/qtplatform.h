@@ -7,8 +7,11 @@
 #include <QHash>
 #include <QPointer>
 
+#include <memory>
 #include <optional>
 #include <random>
+
+class QSettings;
 
 namespace lexicove {
 
@@ -63,6 +66,19 @@ public:
     bool readPieces(const QString &path, const PieceReader &take, QString &error) override;
     bool write(const QString &path, const QByteArray &bytes, QString &error) override;
     bool remove(const QString &path, QString &error) override;
+};
+
+// The player's settings file, an INI file in the user's configuration folder
+// (Lexicove/Lexicove.ini), or the file at path.
+class QtSettings final : public Settings {
+public:
+    explicit QtSettings(const QString &path = QString());
+    ~QtSettings() override;
+    int number(const QString &key, int fallback) override;
+    bool setNumber(const QString &key, int value, QString &error) override;
+
+private:
+    std::unique_ptr<QSettings> m_settings;
 };
 
 } // namespace lexicove

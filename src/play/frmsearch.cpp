@@ -8,19 +8,21 @@
 #include "play/frmlist.h"
 #include "play/timereport.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QCoreApplication>
-#include <QFontMetrics>
 #include <QGuiApplication>
-#include <QHeaderView>
 #include <QKeyEvent>
 #include <QListWidget>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPointer>
 #include <QScreen>
+#include <QStyle>
+#include <QWindow>
 
 #include <algorithm>
+#include <array>
 
 namespace lexicove {
 
@@ -29,19 +31,72 @@ namespace {
 // Character codes the window acts on when typed in the grid.
 enum class KeyCode { Escape = 27, Space = 32 };
 
-// Each letter column is 200 twips wide (a twip is 1/1440 inch).
-constexpr double kLetterColumnTwips = 200.0;
-constexpr double kTwipsPerInch = 1440.0;
+// The sizes the puzzle is drawn at, in percent of the desktop's font size.
+constexpr std::array kZoomSteps{100, 125, 150, 175, 200, 250, 300, 350, 400};
+constexpr int kNormalZoom = 100;
+enum class ZoomChange { None, In, Out, Reset };
+// A zoom is too large when the screen can't show the smallest puzzle whole.
+constexpr int kSmallestSide = 5;
+// Room for a window's frame before the window system has drawn one, when no
+// other window of the game shows what the frames are like.
+constexpr QMargins kFrameGuess(8, 32, 8, 8);
+constexpr QSize kSmallestWindow(240, 160);
+
+// Ctrl with Plus or Equals (with or without Shift, on the keypad too), Minus
+// or 0.
+ZoomChange ZoomChangeOf(const QKeyEvent &key)
+{
+    if (!(key.modifiers() & Qt::ControlModifier) ||
+        (key.modifiers() & (Qt::AltModifier | Qt::MetaModifier)))
+        return ZoomChange::None;
+    switch (key.key()) {
+    case Qt::Key_Plus:
+    case Qt::Key_Equal:
+        return ZoomChange::In;
+    case Qt::Key_Minus:
+        return ZoomChange::Out;
+    case Qt::Key_0:
+        return ZoomChange::Reset;
+    default:
+        return ZoomChange::None;
+    }
+}
+
+// The step the change leads to from percent; percent itself when there is
+// none further that way.
+int ZoomAfter(int percent, ZoomChange change)
+{
+    switch (change) {
+    case ZoomChange::In: {
+        const auto next = std::upper_bound(kZoomSteps.begin(), kZoomSteps.end(), percent);
+        return next != kZoomSteps.end() ? *next : percent;
+    }
+    case ZoomChange::Out: {
+        const auto next = std::lower_bound(kZoomSteps.begin(), kZoomSteps.end(), percent);
+        return next != kZoomSteps.begin() ? *(next - 1) : percent;
+    }
+    case ZoomChange::Reset:
+        return kNormalZoom;
+    case ZoomChange::None:
+        break;
+    }
+    return percent;
+}
+
+const QString kZoomSetting = QStringLiteral("puzzle/zoom");
 
 const QString kExitQuestion = QStringLiteral("Really exit this word search?");
 const QString kExitTitle = QStringLiteral("Confirmation");
 const QString kListTitle = QStringLiteral("Word List - Words Remaining");
 const QString kNoneToFind = QStringLiteral("You've found all the words!");
+const QString kZoomNotKept =
+    QStringLiteral("The size of the letters could not be kept for your next game: %1.");
 
 } // namespace
 
 FrmSearch::FrmSearch(GameState &state, Platform &platform, Navigator &navigator)
-    : m_state(state), m_platform(platform), m_navigator(navigator), m_play(state, platform.clock)
+    : m_state(state), m_platform(platform), m_navigator(navigator), m_play(state, platform.clock),
+      m_frameGuess(kFrameGuess)
 {
     setObjectName(QStringLiteral("frmSearch"));
     setWindowTitle(kAppTitle);
@@ -53,12 +108,15 @@ FrmSearch::FrmSearch(GameState &state, Platform &platform, Navigator &navigator)
     flex->setSelectionBehavior(QAbstractItemView::SelectItems);
     // Tab leaves the grid alone; only the cursor keys move over the letters.
     flex->setTabKeyNavigation(false);
-    flex->horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    flex->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     flex->installEventFilter(this);
     setCentralWidget(flex);
     connect(flex, &PuzzleGrid::focusEntered, this, &FrmSearch::ReplayLetterSoon);
     connect(flex, &PuzzleGrid::focusLeft, this, [this] { ++m_gridEvents; });
+    flex->setMarksSource([this](int row, int column) {
+        const std::optional<GridCell> pending = m_play.pendingMark();
+        return PuzzleGrid::CellMarks{m_play.isFound(row, column),
+                                     pending && *pending == GridCell{row, column}};
+    });
 
     BuildMenu();
 }
@@ -110,7 +168,7 @@ bool FrmSearch::Form_Load()
     connect(flex, &PuzzleGrid::cursorMoved, this, &FrmSearch::flex_RowColChange);
     // A new window starts with every word to find and no mark pending.
     m_play.Begin();
-    SizeToGrid();
+    OpenAtScreenSize();
     flex->setFocus();
     return true;
 }
@@ -132,20 +190,6 @@ void FrmSearch::FillGridView()
     flex->setVerticalHeaderLabels(rowNumbers);
     flex->setHorizontalHeaderLabels(columnNumbers);
 
-    const int letterWidth = qRound(kLetterColumnTwips / kTwipsPerInch * logicalDpiX());
-    QHeaderView *columnHeader = flex->horizontalHeader();
-    columnHeader->setMinimumSectionSize(1);
-    columnHeader->setDefaultSectionSize(letterWidth);
-    // Column numbers up to two digits fit the narrow letter columns in a
-    // smaller type without margins.
-    columnHeader->setStyleSheet(QStringLiteral("QHeaderView::section { padding: 0px; }"));
-    QFont numberFont = columnHeader->font();
-    while (numberFont.pointSizeF() > 5.0 &&
-           QFontMetrics(numberFont).horizontalAdvance(QString::number(columns)) > letterWidth - 2)
-        numberFont.setPointSizeF(numberFont.pointSizeF() - 0.5);
-    columnHeader->setFont(numberFont);
-    flex->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 4);
-
     for (int r = 1; r <= rows; ++r) {
         for (int c = 1; c <= columns; ++c) {
             const QString &letter = m_state.grid[r][c];
@@ -157,23 +201,112 @@ void FrmSearch::FillGridView()
     }
 }
 
-void FrmSearch::SizeToGrid()
+void FrmSearch::OpenAtScreenSize()
 {
-    const int width = flex->verticalHeader()->sizeHint().width() +
-                      flex->horizontalHeader()->length() + 2 * flex->frameWidth() + 4;
-    const int height = menuBar()->sizeHint().height() +
-                       flex->horizontalHeader()->sizeHint().height() +
-                       flex->verticalHeader()->length() + 2 * flex->frameWidth() + 4;
-    QSize size(std::max(width, 240), std::max(height, 160));
-    if (const QScreen *screen = QGuiApplication::primaryScreen())
-        size = size.boundedTo(screen->availableGeometry().size() * 9 / 10);
+    // On the screen the game is on: the one of the window that opens this one.
+    const QWidget *opener = QApplication::activeWindow();
+    if (QScreen *screen = opener ? opener->screen() : QGuiApplication::primaryScreen())
+        setScreen(screen);
+    // This window's frame will be like the opener's.
+    if (const QWindow *handle = opener ? opener->windowHandle() : nullptr)
+        if (!handle->frameMargins().isNull())
+            m_frameGuess = handle->frameMargins();
+    // The zoom chosen last time, or the largest step below it that the
+    // screen can show.
+    const int stored = m_platform.settings.number(kZoomSetting, kNormalZoom);
+    int zoom = std::find(kZoomSteps.begin(), kZoomSteps.end(), stored) != kZoomSteps.end()
+                   ? stored
+                   : kNormalZoom;
+    while (!ApplyZoom(zoom) && zoom != kNormalZoom)
+        zoom = ZoomAfter(zoom, ZoomChange::Out);
+    FitToGrid(true);
+}
+
+QMargins FrmSearch::FrameMargins() const
+{
+    const QWindow *handle = windowHandle();
+    return handle && isVisible() ? handle->frameMargins() : m_frameGuess;
+}
+
+QRect FrmSearch::Room() const
+{
+    const QScreen *shown = screen();
+    return shown ? shown->availableGeometry() : QRect(QPoint(0, 0), kSmallestWindow);
+}
+
+QSize FrmSearch::WindowSizeFor(const QSize &gridSize) const
+{
+    return gridSize + QSize(0, menuBar()->sizeHint().height());
+}
+
+bool FrmSearch::ApplyZoom(int percent)
+{
+    const int before = flex->zoom();
+    flex->setZoom(percent);
+    const QSize smallest = WindowSizeFor(flex->sizeFor(kSmallestSide, kSmallestSide));
+    const QSize room = Room().marginsRemoved(FrameMargins()).size();
+    if (percent == kNormalZoom ||
+        (smallest.width() <= room.width() && smallest.height() <= room.height()))
+        return true;
+    flex->setZoom(before);
+    return false;
+}
+
+void FrmSearch::FitToGrid(bool centre)
+{
+    // A window the player has maximised keeps its size; the grid scrolls.
+    if (isMaximized() || isFullScreen())
+        return;
+    const QMargins frame = FrameMargins();
+    const QRect room = Room();
+    const QSize most = room.marginsRemoved(frame).size();
+    QSize whole = WindowSizeFor(flex->sizeFor(flex->rowCount(), flex->columnCount()));
+    // A scroll bar one way takes room the other way.
+    const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, flex);
+    const bool down = whole.height() > most.height();
+    if (down)
+        whole.rwidth() += bar;
+    if (whole.width() > most.width()) {
+        whole.rheight() += bar;
+        if (!down && whole.height() > most.height())
+            whole.rwidth() += bar;
+    }
+    const QSize size = whole.expandedTo(kSmallestWindow).boundedTo(most);
     resize(size);
+
+    const QSize outer = size.grownBy(frame);
+    QPoint corner = centre ? room.topLeft() + QPoint((room.width() - outer.width()) / 2,
+                                                     (room.height() - outer.height()) / 2)
+                           : frameGeometry().topLeft();
+    // Grown, the window stays on the screen.
+    corner.setX(std::clamp(corner.x(), room.left(),
+                           std::max(room.left(), room.right() + 1 - outer.width())));
+    corner.setY(std::clamp(corner.y(), room.top(),
+                           std::max(room.top(), room.bottom() + 1 - outer.height())));
+    move(corner);
+}
+
+void FrmSearch::ChangeZoom(int percent)
+{
+    if (percent == flex->zoom() || !ApplyZoom(percent))
+        return;
+    FitToGrid(false);
+    QString error;
+    if (!m_platform.settings.setNumber(kZoomSetting, percent, error) && !m_toldZoomNotKept) {
+        // Once per puzzle: the zoom still holds for this game.
+        m_toldZoomNotKept = true;
+        ShowMessage(kZoomNotKept.arg(error));
+    }
 }
 
 bool FrmSearch::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == flex && event->type() == QEvent::KeyPress) {
         const auto *key = static_cast<QKeyEvent *>(event);
+        if (const ZoomChange change = ZoomChangeOf(*key); change != ZoomChange::None) {
+            ChangeZoom(ZoomAfter(flex->zoom(), change));
+            return true;
+        }
         int code = -1;
         if (key->key() == Qt::Key_Escape)
             code = static_cast<int>(KeyCode::Escape);
@@ -234,7 +367,10 @@ void FrmSearch::MarkLetter()
     const int column = flex->currentColumn();
     if (row < 0 || column < 0)
         return;
-    Perform(m_play.MarkLetter(row + 1, column + 1));
+    const Replies replies = m_play.MarkLetter(row + 1, column + 1);
+    // Seen behind the message that tells the find.
+    flex->showMarks();
+    Perform(replies);
 }
 
 void FrmSearch::Perform(const Replies &replies)

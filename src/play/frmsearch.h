@@ -5,6 +5,7 @@
 #include "play/puzzlegrid.h"
 
 #include <QMainWindow>
+#include <QMargins>
 
 class QAction;
 class QMenu;
@@ -60,7 +61,25 @@ protected:
 private:
     void BuildMenu();
     void FillGridView();
-    void SizeToGrid();
+    // Opens at the zoom kept from last time, as large as shows the whole
+    // grid, centred on the game's screen, within the screen's free area.
+    void OpenAtScreenSize();
+    // The window's frame, guessed until the window system has drawn it.
+    QMargins FrameMargins() const;
+    // The screen's area free for windows.
+    QRect Room() const;
+    // The window's inner size around a grid of that size.
+    QSize WindowSizeFor(const QSize &gridSize) const;
+    // Draws the grid at percent; false, and nothing changed, when the screen
+    // could not show the smallest puzzle whole at that size (100 % always
+    // applies).
+    bool ApplyZoom(int percent);
+    // Grows or shrinks the window to show the whole grid, up to the screen's
+    // free area, centred or kept where it is and moved back onto the screen.
+    void FitToGrid(bool centre);
+    // Ctrl+Plus, Ctrl+Minus, Ctrl+0: the grid at percent, kept for the next
+    // games.
+    void ChangeZoom(int percent);
     // Returns true when the character was one the window acts on.
     bool Form_KeyPress(int code);
     void flex_RowColChange();
@@ -86,6 +105,8 @@ private:
     Navigator &m_navigator;
     Marking m_play;
     bool m_leaving = false;
+    bool m_toldZoomNotKept = false;
+    QMargins m_frameGuess;
     // Counts the moves and focus changes of the grid; a replay waiting for
     // an older count is dropped.
     quint64 m_gridEvents = 0;

@@ -53,28 +53,35 @@ RunKind KindOfRun(int dr, int dc)
     return RunKind::NotInLine;
 }
 
-QString ReadRun(const GameState &state, RunKind kind, int firstRow, int firstCol, int lastRow,
-                int lastCol)
+QList<GridCell> RunCells(RunKind kind, int firstRow, int firstCol, int lastRow, int lastCol)
 {
-    QString run;
+    QList<GridCell> cells;
     switch (kind) {
     case RunKind::Vertical:
         for (int r = firstRow; r <= lastRow; ++r)
-            run += state.grid[r][firstCol];
+            cells.append({r, firstCol});
         break;
     case RunKind::Horizontal:
         for (int c = std::min(firstCol, lastCol); c <= std::max(firstCol, lastCol); ++c)
-            run += state.grid[firstRow][c];
+            cells.append({firstRow, c});
         break;
     case RunKind::Diagonal: {
         const int step = lastCol > firstCol ? 1 : -1;
         for (int k = 0; k <= lastRow - firstRow; ++k)
-            run += state.grid[firstRow + k][firstCol + k * step];
+            cells.append({firstRow + k, firstCol + k * step});
         break;
     }
     case RunKind::NotInLine:
         break;
     }
+    return cells;
+}
+
+QString ReadRun(const GameState &state, const QList<GridCell> &cells)
+{
+    QString run;
+    for (const GridCell &cell : cells)
+        run += state.grid[cell.row][cell.column];
     return run;
 }
 
@@ -88,6 +95,29 @@ Marking::Marking(const GameState &state, Clock &clock) : m_state(state), m_clock
 void Marking::ClearFound()
 {
     m_wordFound.fill(false);
+    for (QList<GridCell> &cells : m_foundCells)
+        cells.clear();
+    for (auto &row : m_foundGrid)
+        row.fill(false);
+}
+
+std::optional<GridCell> Marking::pendingMark() const
+{
+    if (!m_markPending)
+        return std::nullopt;
+    return GridCell{m_firstRow, m_firstCol};
+}
+
+bool Marking::isFound(int row, int column) const
+{
+    const bool inside =
+        row >= 1 && row <= GameState::kMaxSide && column >= 1 && column <= GameState::kMaxSide;
+    return inside && m_foundGrid[row][column];
+}
+
+QList<GridCell> Marking::foundCells(int slot) const
+{
+    return slot >= 1 && slot <= GameState::kMaxWords ? m_foundCells[slot] : QList<GridCell>();
 }
 
 void Marking::Begin()
@@ -131,7 +161,18 @@ Replies Marking::MarkLetter(int row, int column)
     const RunKind kind = KindOfRun(m_lastRow - m_firstRow, m_lastCol - m_firstCol);
     if (kind == RunKind::NotInLine)
         return {Reply::message(kNotInLine)};
-    return CheckWord(ReadRun(m_state, kind, m_firstRow, m_firstCol, m_lastRow, m_lastCol));
+    const QList<GridCell> cells = RunCells(kind, m_firstRow, m_firstCol, m_lastRow, m_lastCol);
+    const WordFoundFlags before = m_wordFound;
+    const Replies replies = CheckWord(ReadRun(m_state, cells));
+    // The selection's cells are where each word it found lies.
+    for (int i = 1; i <= GameState::kMaxWords; ++i) {
+        if (m_wordFound[i] && !before[i]) {
+            m_foundCells[i] = cells;
+            for (const GridCell &cell : cells)
+                m_foundGrid[cell.row][cell.column] = true;
+        }
+    }
+    return replies;
 }
 
 Replies Marking::CheckWord(const QString &run)

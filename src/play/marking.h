@@ -7,6 +7,8 @@
 #include <QList>
 #include <QString>
 
+#include <optional>
+
 namespace lexicove {
 
 // One thing the puzzle window does in answer to a mark: play a sound file of
@@ -26,6 +28,13 @@ struct Reply {
 };
 using Replies = QList<Reply>;
 
+// A cell of grid, row and column numbered from 1.
+struct GridCell {
+    int row = 0;
+    int column = 0;
+    bool operator==(const GridCell &other) const = default;
+};
+
 // The line two marks make, the first mark being the upper one.
 enum class RunKind { Vertical, Horizontal, Diagonal, NotInLine };
 
@@ -33,11 +42,13 @@ enum class RunKind { Vertical, Horizontal, Diagonal, NotInLine };
 // is tested first, then one row, then dr = |dc|.
 RunKind KindOfRun(int dr, int dc);
 
-// The letters of grid between two marks that are in line, the first mark the
-// upper one: a column top to bottom, a row left to right, a diagonal from the
-// upper mark down whichever way it slopes.
-QString ReadRun(const GameState &state, RunKind kind, int firstRow, int firstCol, int lastRow,
-                int lastCol);
+// The cells between two marks that are in line, the first mark the upper
+// one, in reading order: a column top to bottom, a row left to right, a
+// diagonal from the upper mark down whichever way it slopes.
+QList<GridCell> RunCells(RunKind kind, int firstRow, int firstCol, int lastRow, int lastCol);
+
+// The letters of grid in those cells, joined in their order.
+QString ReadRun(const GameState &state, const QList<GridCell> &cells);
 
 void SwapValues(qint16 &a, qint16 &b);
 
@@ -45,6 +56,11 @@ void SwapValues(qint16 &a, qint16 &b);
 // remain, when play began and a pending first mark. Marks are cells of grid
 // (rows and columns from 1); the letters are always read from GameState,
 // never from what the window shows.
+//
+// Where the found words lie is kept too, for whatever shows the grid (the
+// window's drawing, a braille display's dots): the cells of the selection
+// that found each word, by word slot, and a table of rows by columns that
+// says at once whether a cell belongs to a found word.
 class Marking {
 public:
     Marking(const GameState &state, Clock &clock);
@@ -63,6 +79,13 @@ public:
     Replies CheckWord(const QString &run);
 
     bool markPending() const { return m_markPending; }
+    // The cell of the first mark while it waits for the second.
+    std::optional<GridCell> pendingMark() const;
+    // Whether the cell lies in a word found; false outside the grid.
+    bool isFound(int row, int column) const;
+    // The cells of the word in slot, in reading order; empty while it is to
+    // find.
+    QList<GridCell> foundCells(int slot) const;
     int wordsRemaining() const { return m_wordsRemaining; }
     const WordFoundFlags &wordFound() const { return m_wordFound; }
     quint32 startTick() const { return m_startTick; }
@@ -76,6 +99,8 @@ private:
     const GameState &m_state;
     Clock &m_clock;
     WordFoundFlags m_wordFound{};
+    std::array<QList<GridCell>, GameState::kMaxWords + 1> m_foundCells{};
+    std::array<std::array<bool, GameState::kMaxSide + 1>, GameState::kMaxSide + 1> m_foundGrid{};
     qint32 m_wordsRemaining = 0;
     quint32 m_startTick = 0;
     bool m_markPending = false;

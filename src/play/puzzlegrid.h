@@ -1,6 +1,9 @@
 #pragma once
 
+#include <QStyledItemDelegate>
 #include <QTableWidget>
+
+#include <functional>
 
 namespace lexicove {
 
@@ -21,10 +24,44 @@ namespace lexicove {
 // Whatever follows the cursor (the letter sound, a braille display) hangs on
 // the three signals below. Typed characters never move the cursor (a plain
 // table would jump to the next cell starting with the letter).
+//
+// Found words and a pending first mark are drawn by the cells' delegate from
+// what the game says of each cell as it is painted; nothing of them is in the
+// table's items, so showing them changes nothing a screen reader could hear.
+// Nor does scrolling: the scroll bars have no value to tell.
+//
+// Letters and numbers are drawn at a zoom of the desktop's own font size.
+// Every letter column has one width: 200 twips (1/1440 inch each) at that
+// zoom, or more when a letter or a column number would not fit (numbers are bold on
+// the cursor's row and column, so they are measured bold); every row the
+// height of a bold letter and a margin. Whatever the size, the cursor's cell
+// stays in view.
 class PuzzleGrid final : public QTableWidget {
     Q_OBJECT
 public:
+    // How a cell is drawn besides its letter.
+    struct CellMarks {
+        bool found = false;   // part of a word found: a tint of the highlight colour
+        bool pending = false; // the first mark of a selection: a frame
+        bool operator==(const CellMarks &other) const = default;
+    };
+    // Tells the marks of the cell in row and column, numbered from 1.
+    using MarksSource = std::function<CellMarks(int row, int column)>;
+
     explicit PuzzleGrid(QWidget *parent = nullptr);
+
+    void setMarksSource(MarksSource source) { m_marks = std::move(source); }
+    // The marks the cell at index is drawn with.
+    CellMarks marksAt(const QModelIndex &index) const;
+    // Draws the marks again after the game changed them.
+    void showMarks() { viewport()->update(); }
+
+    // Draws letters and numbers at percent of the desktop's font size.
+    void setZoom(int percent);
+    int zoom() const { return m_zoom; }
+    // The size that shows rows by columns of letters with their numbers at
+    // the zoom, with nothing to scroll.
+    QSize sizeFor(int rows, int columns) const;
 
     // The letter under the cursor, without blanks; empty when none.
     QString currentLetter() const;
@@ -49,9 +86,33 @@ protected:
                           const QItemSelection &deselected) override;
     void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     bool m_tellPlace = false;
+    MarksSource m_marks;
+    QFont m_baseFont;
+    int m_zoom = 100;
+    int m_columnWidth = 0;
+    int m_rowHeight = 0;
+};
+
+// Draws each letter with the marks its grid gives it.
+class LetterDelegate final : public QStyledItemDelegate {
+    Q_OBJECT
+public:
+    explicit LetterDelegate(PuzzleGrid *grid);
+    // What the drawing of the cell at index uses.
+    PuzzleGrid::CellMarks marks(const QModelIndex &index) const { return m_grid->marksAt(index); }
+
+    void paint(QPainter *painter, const QStyleOptionViewItem &option,
+               const QModelIndex &index) const override;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override;
+
+private:
+    PuzzleGrid *m_grid;
 };
 
 } // namespace lexicove

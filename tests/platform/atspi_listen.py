@@ -7,10 +7,11 @@ Checks that:
   "Play a Puzzle", the word list chooser's first list;
 - the road main menu, chooser, options (Alt+O), puzzle is heard;
 - the puzzle's grid takes the focus as one object named "Puzzle" with no
-  children, and 100 quick moves over it tell a screen reader nothing (no
-  focus, name, description, value, text or selection change), while the
-  grid's description, asked for afterwards, names the cell the moves
-  reached; the game lives on;
+  children, and a first mark, eight steps of zoom (to 400 %, where the grid
+  no longer fits the screen) and 100 quick moves over it, which scroll it,
+  tell a screen reader nothing (no focus, name, description, value, text or
+  selection change), while the grid's description, asked for afterwards,
+  names the cell the moves reached; the game lives on;
 - Escape and Yes leave the puzzle for the main menu, and Escape there ends
   the game with exit code 0.
 
@@ -135,6 +136,7 @@ def play(program):
         time.sleep(0.5)  # the window's own first events settle
         with lock:
             at = len(heard)
+        keys("space", *["ctrl+equal"] * 8)
         keys(*path, delay=12)
         time.sleep(SETTLE)
         with lock:

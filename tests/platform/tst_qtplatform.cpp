@@ -29,6 +29,7 @@ private slots:
     void readAndRemoveReportTheReason();
     void onlyRegularFilesAreListsAndNothingBlocks();
     void randomValuesLieInTheUnitIntervalAndRepeatForASeed();
+    void aSettingThatCantBeWrittenSaysWhere();
 };
 
 void TestQtPlatform::listsWordListsByExtensionInAnyCaseSortedWithoutCase()
@@ -186,6 +187,21 @@ void TestQtPlatform::randomValuesLieInTheUnitIntervalAndRepeatForASeed()
     }
     QVERIFY(differs);
     QVERIFY(qAbs(sum / 10000 - 0.5) < 0.02);
+}
+
+void TestQtPlatform::aSettingThatCantBeWrittenSaysWhere()
+{
+    // A settings file that can't be written (its folder is a file) fails the store at once and
+    // names the file; the value still holds for the run.
+    QTemporaryDir dir;
+    QFile blocker(dir.filePath(QStringLiteral("folder")));
+    QVERIFY(blocker.open(QIODevice::WriteOnly));
+    const QString path = dir.filePath(QStringLiteral("folder/settings.ini"));
+    QtSettings settings(path);
+    QString error;
+    QVERIFY(!settings.setNumber(QStringLiteral("puzzle/zoom"), 150, error));
+    QCOMPARE(error, "\"" + path + "\" could not be written");
+    QCOMPARE(settings.number(QStringLiteral("puzzle/zoom"), 100), 150);
 }
 
 QTEST_MAIN(TestQtPlatform)

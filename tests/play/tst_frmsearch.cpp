@@ -1,9 +1,14 @@
 #include "keys.h"
 #include "play/frmsearch.h"
 #include "puzzles.h"
+#include "screen.h"
 #include "windowrig.h"
 
+#include <QHeaderView>
 #include <QListWidget>
+#include <QScreen>
+#include <QScrollBar>
+#include <QStyle>
 #include <QtTest>
 
 using namespace lexicove;
@@ -29,6 +34,18 @@ const QString kAllFound = QStringLiteral(
 
 const auto Found = [](const QString &word) { return "Correct! You found the word " + word + "!"; };
 
+// A side by side puzzle.
+QStringList squarePuzzle(int side)
+{
+    QStringList rows;
+    for (int r = 0; r < side; ++r) {
+        rows.append(QString());
+        for (int c = 0; c < side; ++c)
+            rows.last() += QChar(u'a' + (r * 7 + c * 3) % 26);
+    }
+    return rows;
+}
+
 struct PuzzleRig : WindowRig<FrmSearch> {
     ~PuzzleRig()
     {
@@ -44,8 +61,14 @@ struct PuzzleRig : WindowRig<FrmSearch> {
         state.hideWords = hide;
         return WindowRig::open() && focused() == grid();
     }
-    QTableWidget *grid() const { return window->findChild<QTableWidget *>(QStringLiteral("flex")); }
+    PuzzleGrid *grid() const { return window->findChild<PuzzleGrid *>(QStringLiteral("flex")); }
     Cell cursor() const { return {grid()->currentRow() + 1, grid()->currentColumn() + 1}; }
+    bool showsWholeGrid() const
+    {
+        return grid()->horizontalScrollBar()->maximum() == 0 &&
+               grid()->verticalScrollBar()->maximum() == 0;
+    }
+    QRect screenRoom() const { return window->screen()->availableGeometry(); }
 
     // Space on each cell in turn, moving there by the arrow keys: the sounds
     // (file names) and the messages the presses gave, in order.
@@ -75,6 +98,24 @@ struct PuzzleRig : WindowRig<FrmSearch> {
     }
     // How long the player takes over each message box that mark() meets.
     quint32 boxUpMs = 0;
+
+    // The grid as its cells are drawn, a text per row: a found letter in
+    // capitals, the pending mark in brackets.
+    QStringList drawn() const
+    {
+        const auto *delegate = qobject_cast<LetterDelegate *>(grid()->itemDelegate());
+        QStringList rows;
+        for (int r = 0; r < grid()->rowCount(); ++r) {
+            rows.append(QString());
+            for (int c = 0; c < grid()->columnCount(); ++c) {
+                const PuzzleGrid::CellMarks marks = delegate->marks(grid()->model()->index(r, c));
+                const QString letter = grid()->item(r, c)->text();
+                const QString shown = marks.found ? letter.toUpper() : letter;
+                rows.last() += marks.pending ? "[" + shown + "]" : shown;
+            }
+        }
+        return rows;
+    }
 };
 
 } // namespace
@@ -82,16 +123,23 @@ struct PuzzleRig : WindowRig<FrmSearch> {
 class TestFrmSearch : public QObject {
     Q_OBJECT
 
+public:
+    static void initMain() { useOffscreenScreen(1024, 768); }
+
 private slots:
     void setUpShowsEveryCell();
     void keysMoveAndPlayTheLetter();
     void selection();
+    void foundAndPendingDrawn();
     void lastWord();
     void timeReport();
     void wordsToFind();
     void leavingAsks();
     void outputCommands();
     void focusBackReplaysTheLetter();
+    void zoomStepsAndIsKept();
+    void largestZoomOnASmallScreen();
+    void opensShowingTheGrid();
 };
 
 // The grid shows cell (r, c) of the puzzle in row r and column c numbered from 1; the cursor
@@ -195,6 +243,30 @@ void TestFrmSearch::selection()
         expected << key + c.heard.join(" | ") + ", left " + QString::number(c.left);
     }
     QCOMPARE(actual, expected);
+}
+
+// The cells of each word found are drawn found from its message on, and the first mark's cell while
+// it waits: the second mark ends it whatever it finds, No on the exit question keeps it.
+void TestFrmSearch::foundAndPendingDrawn()
+{
+    PuzzleRig rig;
+    QVERIFY(rig.open(kAlphabet, {"abc", "eimqu", "fgh"}));
+    const auto after = [&](const QList<Cell> &marks) {
+        QStringList seenWithMessage;
+        rig.fp.dialogs.onShow = [&](const ShownDialog &) { seenWithMessage = rig.drawn(); };
+        rig.mark(marks);
+        rig.fp.dialogs.onShow = nullptr;
+        return seenWithMessage.isEmpty() ? rig.drawn() : seenWithMessage;
+    };
+    QCOMPARE(after({{1, 2}}), (QStringList{"a[b]cde", "fghij", "klmno", "pqrst", "uvwxy"}));
+    rig.fp.dialogs.answers = {MessageResult::No};
+    press(Qt::Key_Escape);
+    QCOMPARE(rig.drawn(), (QStringList{"a[b]cde", "fghij", "klmno", "pqrst", "uvwxy"}));
+    QCOMPARE(after({{1, 3}}), (QStringList{"abcde", "fghij", "klmno", "pqrst", "uvwxy"}));
+    QCOMPARE(after({{1, 3}, {1, 1}}), (QStringList{"ABCde", "fghij", "klmno", "pqrst", "uvwxy"}));
+    QCOMPARE(after({{5, 1}, {1, 5}, {1, 2}}),
+             (QStringList{"A[B]CdE", "fghIj", "klMno", "pQrst", "Uvwxy"}));
+    QCOMPARE(after({{3, 3}}), (QStringList{"ABCdE", "fghIj", "klMno", "pQrst", "Uvwxy"}));
 }
 
 // The last word gives its message, then "cheer1.wav" up to and at the time limit or "cheer2.wav"
@@ -435,6 +507,130 @@ void TestFrmSearch::focusBackReplaysTheLetter()
                          "same cell: mark.wav | h.wav", "word found: mark.wav g.wav f.wav | f.wav",
                          "exit, No:  | f.wav", "close box, No:  | f.wav", "words list:  | f.wav",
                          "save:  | f.wav", "braille:  | f.wav", "moved meanwhile: g.wav | "}));
+}
+
+// Ctrl+Plus and Ctrl+Equals draw the letters and numbers a step larger, Ctrl+Minus a step smaller
+// and Ctrl+0 at the desktop's size again, never smaller; each letter column stays 200 twips wide
+// at least at the zoom, the window grows to show the whole grid, and the next puzzle opens at the
+// same zoom, after a restart too. A zoom that can't be kept is said once, and holds for the game.
+void TestFrmSearch::zoomStepsAndIsKept()
+{
+    PuzzleRig rig;
+    const QStringList puzzle = squarePuzzle(10);
+    QVERIFY(rig.open(puzzle, {"abc"}));
+    const auto sizes = [&] {
+        return QStringLiteral("%1 %2pt %3x%4 in %5x%6")
+            .arg(rig.grid()->zoom())
+            .arg(rig.grid()->font().pointSizeF())
+            .arg(rig.grid()->columnWidth(0))
+            .arg(rig.grid()->rowHeight(0))
+            .arg(rig.window->width())
+            .arg(rig.window->height());
+    };
+    const auto restart = [&] {
+        rig.fp.dialogs.answers = {MessageResult::Yes};
+        press(Qt::Key_Escape);
+        QTRY_VERIFY(rig.window.isNull());
+        rig.fp.settings.restart();
+        QVERIFY(rig.open(puzzle, {"abc"}));
+    };
+    const QString normal = sizes();
+    const qreal normalPoints = rig.grid()->font().pointSizeF();
+    const int normalWidth = rig.window->width();
+    press(Qt::Key_Plus, Qt::ControlModifier);
+    press(Qt::Key_Plus, Qt::ControlModifier);
+    QCOMPARE(rig.grid()->zoom(), 150);
+    QCOMPARE(rig.grid()->font().pointSizeF(), normalPoints * 1.5);
+    QCOMPARE(rig.grid()->horizontalHeader()->font(), rig.grid()->font());
+    QVERIFY(rig.grid()->columnWidth(0) >= 200.0 / 1440 * rig.grid()->logicalDpiX() * 1.5);
+    QVERIFY(rig.showsWholeGrid() && rig.window->width() > normalWidth);
+    const QString larger = sizes();
+    restart();
+    QCOMPARE(sizes(), larger);
+
+    const struct {
+        QKeyCombination key;
+        int zoom;
+    } steps[] = {{Qt::ControlModifier | Qt::Key_Equal, 175},
+                 {Qt::ControlModifier | Qt::Key_Minus, 150},
+                 {Qt::ControlModifier | Qt::Key_0, 100},
+                 {Qt::ControlModifier | Qt::Key_Minus, 100}};
+    for (const auto &step : steps) {
+        press(step.key.key(), step.key.keyboardModifiers());
+        QCOMPARE(rig.grid()->zoom(), step.zoom);
+    }
+    QCOMPARE(sizes(), normal);
+    restart();
+    QCOMPARE(sizes(), normal);
+
+    rig.fp.settings.failWrites = true;
+    rig.fp.dialogs.shown.clear();
+    press(Qt::Key_Plus, Qt::ControlModifier);
+    press(Qt::Key_Plus, Qt::ControlModifier);
+    QCOMPARE(rig.grid()->zoom(), 150);
+    QCOMPARE(rig.fp.dialogs.prompts(),
+             QStringList{"The size of the letters could not be kept for your next game: \"" +
+                         rig.fp.dir.filePath("settings.ini") + "\" could not be written."});
+    QCOMPARE(focused(), rig.grid());
+}
+
+// On a 1024 x 768 screen a 50 x 50 puzzle zooms up to 400 %, its window kept on the screen with
+// the cursor's cell in view; at every step each column's number fits its width in bold (the
+// cursor's column is numbered in bold), and each row's its header.
+void TestFrmSearch::largestZoomOnASmallScreen()
+{
+    PuzzleRig rig;
+    QVERIFY(rig.open(squarePuzzle(50), {"abc"}));
+    QCOMPARE(rig.screenRoom(), QRect(0, 0, 1024, 768));
+    press(Qt::Key_End, Qt::ControlModifier);
+    press(Qt::Key_Left);
+    press(Qt::Key_Left);
+    QStringList misfits;
+    for (int zoom = 0; zoom != rig.grid()->zoom(); press(Qt::Key_Plus, Qt::ControlModifier)) {
+        zoom = rig.grid()->zoom();
+        for (QHeaderView *header : {rig.grid()->horizontalHeader(), rig.grid()->verticalHeader()}) {
+            QFont bold = header->font();
+            bold.setBold(true);
+            const int margins = 2 * header->style()->pixelMetric(QStyle::PM_HeaderMargin);
+            for (int i = 0; i < 50; ++i) {
+                const QString number = QString::number(i + 1);
+                const int room = header->orientation() == Qt::Horizontal ? header->sectionSize(i)
+                                                                         : header->width();
+                if (QFontMetrics(bold).horizontalAdvance(number) + margins > room)
+                    misfits << QStringLiteral("%1 at %2 %").arg(number).arg(zoom);
+            }
+        }
+    }
+    QCOMPARE(misfits, QStringList());
+    QCOMPARE(rig.grid()->zoom(), 400);
+    QCOMPARE(rig.cursor(), (Cell{50, 48}));
+    QVERIFY(rig.grid()->viewport()->rect().contains(
+        rig.grid()->visualRect(rig.grid()->currentIndex())));
+    QVERIFY(rig.screenRoom().contains(rig.window->frameGeometry()));
+}
+
+// The window opens as large as shows the whole grid at the zoom kept from last time, centred on
+// the screen, or as large as the screen's free area allows.
+void TestFrmSearch::opensShowingTheGrid()
+{
+    const struct {
+        int side, zoom;
+        bool whole;
+    } table[] = {{20, 100, true}, {50, 100, false}, {20, 200, false}, {5, 400, true}};
+    for (const auto &row : table) {
+        PuzzleRig rig;
+        QString error;
+        QVERIFY(rig.fp.settings.setNumber(QStringLiteral("puzzle/zoom"), row.zoom, error));
+        QVERIFY(rig.open(squarePuzzle(row.side), {"abc"}));
+        const QString what = QStringLiteral("%1 x %1 at %2 %").arg(row.side).arg(row.zoom);
+        QCOMPARE(rig.grid()->zoom(), row.zoom);
+        QVERIFY2(rig.showsWholeGrid() == row.whole, qPrintable(what));
+        const QRect frame = rig.window->frameGeometry();
+        QVERIFY2(rig.screenRoom().contains(frame), qPrintable(what));
+        const QPoint offCentre = frame.center() - rig.screenRoom().center();
+        // Centred as well as a frame not yet drawn can be guessed.
+        QVERIFY2(std::abs(offCentre.x()) <= 10 && std::abs(offCentre.y()) <= 20, qPrintable(what));
+    }
 }
 
 QTEST_MAIN(TestFrmSearch)

@@ -170,6 +170,15 @@ bool FakeFiles::remove(const QString &path, QString &error)
     return m_real.remove(path, error);
 }
 
+bool FakeSettings::setNumber(const QString &key, int value, QString &error)
+{
+    if (failWrites) {
+        error = QStringLiteral("\"%1\" could not be written").arg(m_path);
+        return false;
+    }
+    return m_real->setNumber(key, value, error);
+}
+
 FakePlatform::FakePlatform()
 {
     system.folder = QDir::toNativeSeparators(dir.path());

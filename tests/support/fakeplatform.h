@@ -15,6 +15,7 @@
 #include <QTemporaryDir>
 
 #include <functional>
+#include <memory>
 #include <random>
 
 namespace lexicove::test {
@@ -127,6 +128,22 @@ private:
     QtFiles m_real;
 };
 
+// A real settings file, with failures injected: restart() reads the file
+// afresh, as the game's next run would.
+class FakeSettings final : public Settings {
+public:
+    explicit FakeSettings(const QString &path) : m_path(path) { restart(); }
+    int number(const QString &key, int fallback) override { return m_real->number(key, fallback); }
+    bool setNumber(const QString &key, int value, QString &error) override;
+    void restart() { m_real = std::make_unique<QtSettings>(m_path); }
+
+    bool failWrites = false;
+
+private:
+    QString m_path;
+    std::unique_ptr<QtSettings> m_real;
+};
+
 // A whole platform around one temporary folder that serves as the program
 // folder and the word list folder.
 struct FakePlatform {
@@ -144,7 +161,8 @@ struct FakePlatform {
     FakeSystemInfo system;
     FakeFiles files;
     FakeFileDialogs fileDialogs;
-    Platform platform{dialogs, sound, clock, random, system, files, fileDialogs};
+    FakeSettings settings{dir.filePath(QStringLiteral("settings.ini"))};
+    Platform platform{dialogs, sound, clock, random, system, files, fileDialogs, settings};
 };
 
 } // namespace lexicove::test
