@@ -121,27 +121,9 @@ void TestScreenReader::puzzleIsOneSilentObject()
 
     AccessRecorder recorder;
     // Marks too: a word found and a first mark left pending are drawn, and told to nobody.
-    const QList<QKeyCombination> moves = {Qt::Key_Space,
-                                          Qt::Key_Right,
-                                          Qt::Key_Right,
-                                          Qt::Key_Space,
-                                          Qt::Key_Down,
-                                          Qt::Key_Space,
-                                          Qt::Key_Left,
-                                          Qt::Key_Up,
-                                          Qt::Key_End,
-                                          Qt::Key_Home,
-                                          Qt::Key_PageDown,
-                                          Qt::Key_PageUp,
-                                          Qt::Key_End | Qt::ControlModifier,
-                                          Qt::Key_Home | Qt::ControlModifier,
-                                          Qt::Key_PageDown,
-                                          Qt::Key_Plus | Qt::ControlModifier,
-                                          Qt::Key_Plus | Qt::ControlModifier,
-                                          Qt::Key_Right,
-                                          Qt::Key_Minus | Qt::ControlModifier};
-    for (const QKeyCombination move : moves)
-        press(move.key(), move.keyboardModifiers());
+    pressKeys(
+        "Space, Right, Right, Space, Down, Space, Left, Up, End, Home, PgDown, PgUp, Ctrl+End, "
+        "Ctrl+Home, PgDown, Ctrl++, Ctrl++, Right, Ctrl+-");
     QCoreApplication::processEvents();
     QStringList told;
     for (const auto &event : AccessRecorder::events)

@@ -10,6 +10,9 @@ using namespace lexicove::test;
 const QString kTooBig =
     QStringLiteral("The puzzle you have chosen is too big for these "
                    "credentials. Please modify the settings on this screen, and try again");
+// No direction to lay words in.
+const QString kNoWay = QStringLiteral(
+    "You must select at least one method of placing words, from horizontal, vertical, or diagonal");
 const QString kNoWords = QStringLiteral("This word list has no words to play. Please choose "
                                         "another list, or add words to it first.");
 
@@ -49,14 +52,11 @@ private slots:
         QStringList order;
         for (int i = 0; i < 9; ++i, press(Qt::Key_Tab)) // and round to cmdRows
             order << focusedControl();
-        QCOMPARE(
-            order,
-            (QStringList{"cmdRows &Rows of letters (20)...", "cmdCols &Columns of letters (20)...",
-                         "cmdTimeLimit &Time Limit (0)...", "chkHorizontal &Horizontal Words +",
-                         "chkVertical &Vertical Words +",
-                         "chkDiagonal "
-                         "&Diagonal Words -",
-                         "chkHide Hide &Words -", "cmdOK &OK", "cmdCancel C&ancel"}));
+        QCOMPARE(order.join(" | "),
+                 "cmdRows &Rows of letters (20)... | cmdCols &Columns of letters (20)... | "
+                 "cmdTimeLimit &Time Limit (0)... | chkHorizontal &Horizontal Words + | "
+                 "chkVertical &Vertical Words + | chkDiagonal &Diagonal Words - | "
+                 "chkHide Hide &Words - | cmdOK &OK | cmdCancel C&ancel");
         t.fp.dialogs.replies = {"", "4.5", "65541", "5.5"}; // cancelled, 4, too large, 6
         press(Qt::Key_Space);
         QCOMPARE(focusedControl(), "cmdRows &Rows of letters (6)...");
@@ -81,13 +81,7 @@ private slots:
             QList<bool> flags; /* hide, diagonal, horizontal, vertical */
         } cases[] = {
             {longest, 20, 20, {"chkHorizontal", "chkVertical"}, kTooBig, {1, 1, 0, 0}},
-            {longest,
-             21,
-             21,
-             {"chkHorizontal", "chkVertical", "chkHide"},
-             "You must select at least one method of placing words, from horizontal, vertical, or "
-             "diagonal",
-             {1, 0, 0, 0}},
+            {longest, 21, 21, {"chkHorizontal", "chkVertical", "chkHide"}, kNoWay, {1, 0, 0, 0}},
             {forty, 7, 9, {"chkHide"}, kTooBig, {1, 1, 0, 0}}, // 64 cells wanted, 63 there
             {forty, 8, 8, {"chkDiagonal"}, {}, {0, 1, 1, 1}},  // just enough
             {QStringList(9, "abcde"), 8, 9, {"chkVertical"}, kTooBig, {0, 0, 1, 0}}, // 9 rows

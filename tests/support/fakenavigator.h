@@ -13,26 +13,10 @@ namespace lexicove::test {
 class FakeNavigator final : public Navigator {
 public:
     void showMainMenu() override { ++mainMenuShown; }
-    bool openChooser() override
-    {
-        ++choosersOpened;
-        return true;
-    }
-    bool openEditor() override
-    {
-        ++editorsOpened;
-        return true;
-    }
-    bool openOptions() override
-    {
-        ++optionsOpened;
-        return true;
-    }
-    bool openPuzzle() override
-    {
-        ++puzzlesOpened;
-        return true;
-    }
+    bool openChooser() override { return opened(choosersOpened); }
+    bool openEditor() override { return opened(editorsOpened); }
+    bool openOptions() override { return opened(optionsOpened); }
+    bool openPuzzle() override { return opened(puzzlesOpened); }
     // The shared list window, made when first asked for.
     FrmList &listWindow() override
     {
@@ -50,6 +34,7 @@ public:
     int ended = 0;
 
 private:
+    static bool opened(int &count) { return ++count > 0; }
     std::unique_ptr<FrmList> m_list;
 };
 

@@ -8,6 +8,7 @@
 #include <QElapsedTimer>
 #include <QTimer>
 #include <QAbstractItemView>
+#include <QKeySequence>
 #include <QTest>
 #include <QWidget>
 
@@ -33,6 +34,15 @@ inline void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
     QWidget *focus = focused();
     QVERIFY2(focus, "no control has the focus");
     QTest::keyClick(focus, static_cast<Qt::Key>(key), modifiers);
+}
+
+// Keys named as a key sequence names them, pressed in turn ("Ctrl+T, Right").
+inline void pressKeys(const QString &names)
+{
+    for (const QString &name : names.split(QStringLiteral(", "), Qt::SkipEmptyParts)) {
+        const QKeyCombination key = QKeySequence::fromString(name)[0];
+        press(key.key(), key.keyboardModifiers());
+    }
 }
 
 // Typed text; a character beyond ASCII comes as the text of a key with no
