@@ -71,9 +71,10 @@ private slots:
                 QString error;
                 QVERIFY(LoadWords(state, fp.files, error));
                 QStringList loaded(state.words.begin() + 1,
-                                   state.words.begin() + 1 + state.wordCount),
-                    lines = file.lines;
-                loaded.sort(), lines.sort();
+                                   state.words.begin() + 1 + state.wordCount);
+                loaded.sort();
+                QStringList lines = file.lines;
+                lines.sort();
                 QCOMPARE(loaded, lines);
             }
         }
