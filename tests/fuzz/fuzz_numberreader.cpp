@@ -7,8 +7,11 @@
 #include "fuzzsupport.h"
 #include "setup/numberreader.h"
 
+#include <QRegularExpression>
 #include <QString>
 
+#include <algorithm>
+#include <compare>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -17,72 +20,42 @@ using lexicove::ReadReplyNumber;
 
 namespace {
 
-// A whole number of any size, 32 bits a limb, lowest first.
-class Big {
-public:
+// A whole number of any size, 32 bits a limb, lowest first, no zero limb on top.
+struct Big {
     explicit Big(uint64_t value = 0)
     {
         for (; value != 0; value >>= 32)
-            m_limbs.push_back(static_cast<uint32_t>(value));
+            limbs.push_back(static_cast<uint32_t>(value));
     }
+    // Multiplies by factor (not 0) and adds plus.
     Big &times(uint32_t factor, uint32_t plus = 0)
     {
         uint64_t carry = plus;
-        for (uint32_t &limb : m_limbs) {
+        for (uint32_t &limb : limbs) {
             carry += static_cast<uint64_t>(limb) * factor;
             limb = static_cast<uint32_t>(carry);
             carry >>= 32;
         }
         if (carry != 0)
-            m_limbs.push_back(static_cast<uint32_t>(carry));
-        trim();
+            limbs.push_back(static_cast<uint32_t>(carry));
         return *this;
     }
     Big &timesPowerOfTen(int64_t power)
     {
-        for (int64_t i = 0; i < power; ++i)
+        for (; power > 0; --power)
             times(10);
         return *this;
     }
-    friend int compare(const Big &a, const Big &b)
+    friend std::strong_ordering operator<=>(const Big &a, const Big &b)
     {
-        if (a.m_limbs.size() != b.m_limbs.size())
-            return a.m_limbs.size() < b.m_limbs.size() ? -1 : 1;
-        for (size_t i = a.m_limbs.size(); i-- > 0;) {
-            if (a.m_limbs[i] != b.m_limbs[i])
-                return a.m_limbs[i] < b.m_limbs[i] ? -1 : 1;
-        }
-        return 0;
+        if (const auto bySize = a.limbs.size() <=> b.limbs.size(); bySize != 0)
+            return bySize;
+        return std::lexicographical_compare_three_way(a.limbs.rbegin(), a.limbs.rend(),
+                                                      b.limbs.rbegin(), b.limbs.rend());
     }
-    bool isZero() const { return m_limbs.empty(); }
-    uint64_t low64() const
-    {
-        return (m_limbs.size() > 0 ? m_limbs[0] : 0) |
-               (m_limbs.size() > 1 ? uint64_t(m_limbs[1]) << 32 : 0);
-    }
-
-private:
-    void trim()
-    {
-        while (!m_limbs.empty() && m_limbs.back() == 0)
-            m_limbs.pop_back();
-    }
-    std::vector<uint32_t> m_limbs;
+    bool operator==(const Big &) const = default;
+    std::vector<uint32_t> limbs;
 };
-
-// 2k + delta for a magnitude k, as a Big (delta is -1, 0 or 1).
-Big twiceAnd(uint64_t k, int delta)
-{
-    Big result(k);
-    result.times(2);
-    if (delta > 0)
-        result.times(1, 1);
-    if (delta < 0) { // k > 0 here
-        result = Big(k - 1);
-        result.times(2, 1);
-    }
-    return result;
-}
 
 struct Reply {
     bool radix = false;
@@ -90,71 +63,39 @@ struct Reply {
     Big mantissa;           // all digits, the point left out
     int64_t digitCount = 0; // significant digits of the mantissa
     int64_t scale = 0;      // the value is mantissa x 10^scale
-    bool tooLarge = false;  // a radix number beyond 64 bits
-    uint64_t radixValue = 0;
+    Big radixValue;
 };
 
 // The reply read by the rules: blanks, tabs and line feeds dropped; &H or &O
 // and digits, or a sign, digits, a point and digits, and an exponent.
-Reply parse(const QString &typed)
+Reply parse(QString text)
 {
-    QString text;
-    for (const QChar c : typed) {
-        if (c != u' ' && c != u'\t' && c != u'\n')
-            text += c;
-    }
-    Reply reply;
-    qsizetype i = 0;
-    const auto digit = [&](qsizetype at, int base) {
-        if (at >= text.size())
-            return -1;
-        const char16_t c = text.at(at).unicode();
-        int value = c >= u'0' && c <= u'9'   ? c - u'0'
-                    : c >= u'a' && c <= u'f' ? c - u'a' + 10
-                    : c >= u'A' && c <= u'F' ? c - u'A' + 10
-                                             : -1;
-        return value < base ? value : -1;
+    text.remove(u' ').remove(u'\t').remove(u'\n');
+    static const QRegularExpression radix(QStringLiteral("^&(?:[Hh]([0-9A-Fa-f]*)|[Oo]([0-7]*))?")),
+        decimal(QStringLiteral("^([+-]?)([0-9]*)(?:\\.([0-9]*))?(?:[EeDd]([+-]?)([0-9]+))?"));
+    const auto digit = [](QChar c) -> uint32_t { // of an ASCII digit or letter a-f, A-F
+        return c.unicode() <= u'9' ? c.unicode() - u'0' : (c.unicode() | 0x20) - u'a' + 10;
     };
-    if (text.startsWith(u'&') && text.size() >= 2) {
+    Reply reply;
+    if (const auto m = radix.match(text); m.hasMatch()) {
         reply.radix = true;
-        const QChar kind = text.at(1).toUpper();
-        const int base = kind == u'H' ? 16 : kind == u'O' ? 8 : 0;
-        Big value;
-        for (i = 2; base != 0 && digit(i, base) >= 0; ++i)
-            value.times(static_cast<uint32_t>(base), static_cast<uint32_t>(digit(i, base)));
-        reply.tooLarge = compare(value, Big(INT64_MAX)) > 0;
-        reply.radixValue = reply.tooLarge ? 0 : value.low64();
+        for (const QChar c : m.captured(1))
+            reply.radixValue.times(16, digit(c));
+        for (const QChar c : m.captured(2))
+            reply.radixValue.times(8, digit(c));
         return reply;
     }
-    if (i < text.size() && (text.at(i) == u'+' || text.at(i) == u'-'))
-        reply.negative = text.at(i++) == u'-';
-    bool significant = false;
-    const auto take = [&](int d) {
-        reply.mantissa.times(10, static_cast<uint32_t>(d));
-        significant = significant || d != 0;
-        reply.digitCount += significant ? 1 : 0;
-    };
-    for (; digit(i, 10) >= 0; ++i)
-        take(digit(i, 10));
-    if (i < text.size() && text.at(i) == u'.') {
-        for (++i; digit(i, 10) >= 0; ++i) {
-            take(digit(i, 10));
-            --reply.scale;
-        }
-    }
-    // Without digits the mantissa is 0, and so is the value, whatever follows.
-    if (i < text.size() && QStringLiteral("EeDd").contains(text.at(i))) {
-        qsizetype j = i + 1;
-        bool negative = false;
-        if (j < text.size() && (text.at(j) == u'+' || text.at(j) == u'-'))
-            negative = text.at(j++) == u'-';
-        if (digit(j, 10) >= 0) {
-            int64_t exponent = 0;
-            for (; digit(j, 10) >= 0; ++j)
-                exponent = std::min<int64_t>(exponent * 10 + digit(j, 10), int64_t(1) << 40);
-            reply.scale += negative ? -exponent : exponent;
-        }
-    }
+    const auto m = decimal.match(text); // all of it optional: it always matches
+    reply.negative = m.captured(1) == u"-";
+    const QString digits = m.captured(2) + m.captured(3);
+    for (const QChar c : digits)
+        reply.mantissa.times(10, digit(c));
+    reply.digitCount = digits.end() - std::find_if(digits.begin(), digits.end(),
+                                                   [](QChar c) { return c != u'0'; });
+    int64_t exponent = 0;
+    for (const QChar c : m.captured(5))
+        exponent = std::min<int64_t>(exponent * 10 + digit(c), int64_t(1) << 40);
+    reply.scale = (m.captured(4) == u"-" ? -exponent : exponent) - m.captured(3).size();
     return reply;
 }
 
@@ -163,7 +104,7 @@ Reply parse(const QString &typed)
 bool decimalAnswerIsRight(const Reply &reply, std::optional<qint64> answer)
 {
     const uint64_t limit = uint64_t(1) << 63;
-    if (reply.mantissa.isZero())
+    if (reply.mantissa == Big())
         return answer == 0;
     // |value| >= 10^(digitCount - 1 + scale): from 10^20 on it is out of range.
     if (reply.digitCount - 1 + reply.scale >= 20)
@@ -175,13 +116,10 @@ bool decimalAnswerIsRight(const Reply &reply, std::optional<qint64> answer)
     // 2 M against (2k + delta) 10^-s.
     const auto compareTwice = [&](uint64_t k, int delta) {
         Big left = reply.mantissa;
-        left.times(2);
-        Big right = twiceAnd(k, delta);
-        if (reply.scale >= 0)
-            left.timesPowerOfTen(reply.scale);
-        else
-            right.timesPowerOfTen(-reply.scale);
-        return compare(left, right);
+        left.times(2).timesPowerOfTen(reply.scale);
+        // 2k + delta, delta being -1, 0 or 1 (k > 0 when it is -1)
+        Big right = delta < 0 ? Big(k - 1).times(2, 1) : Big(k).times(2, uint32_t(delta));
+        return left <=> right.timesPowerOfTen(-reply.scale);
     };
     if (!answer) {
         // Out of range: above 2^63 - 1/2 (a tie goes to the even 2^63), or
@@ -191,8 +129,8 @@ bool decimalAnswerIsRight(const Reply &reply, std::optional<qint64> answer)
     if (*answer != 0 && (*answer < 0) != reply.negative)
         return false;
     const uint64_t k = *answer < 0 ? 0 - static_cast<uint64_t>(*answer) : *answer;
-    const int below = k == 0 ? 1 : compareTwice(k, -1); // 2|v| against 2k - 1
-    const int above = compareTwice(k, 1);               // 2|v| against 2k + 1
+    const auto below = k == 0 ? std::strong_ordering::greater : compareTwice(k, -1); // vs 2k - 1
+    const auto above = compareTwice(k, 1);                                           // vs 2k + 1
     if (below < 0 || above > 0)
         return false;
     return (below != 0 && above != 0) || k % 2 == 0;
@@ -209,7 +147,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         const std::optional<qint64> answer = ReadReplyNumber(typed);
         const Reply reply = parse(typed);
         if (reply.radix) {
-            FUZZ_CHECK(reply.tooLarge ? !answer : answer == qint64(reply.radixValue));
+            FUZZ_CHECK(reply.radixValue > Big(INT64_MAX)
+                           ? !answer
+                           : answer && *answer >= 0 && Big(uint64_t(*answer)) == reply.radixValue);
         } else {
             FUZZ_CHECK(decimalAnswerIsRight(reply, answer));
         }

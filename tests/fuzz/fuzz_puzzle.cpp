@@ -39,23 +39,20 @@ bool liesInGrid(const GameState &state, const QString &word, const std::vector<S
 {
     QString reversed = word;
     std::reverse(reversed.begin(), reversed.end());
-    for (int r = 1; r <= state.rows; ++r) {
-        for (int c = 1; c <= state.columns; ++c) {
-            for (const Step step : steps) {
+    const auto holds = [&](qsizetype row, qsizetype column, QChar letter) {
+        return row >= 1 && row <= state.rows && column >= 1 && column <= state.columns &&
+               state.grid[row][column] == QString(letter);
+    };
+    for (int r = 1; r <= state.rows; ++r)
+        for (int c = 1; c <= state.columns; ++c)
+            for (const Step step : steps)
                 for (const QString &text : {word, reversed}) {
-                    bool fits = true;
-                    for (qsizetype k = 0; k < text.size() && fits; ++k) {
-                        const qsizetype row = r + k * step.dr, column = c + k * step.dc;
-                        fits = row >= 1 && row <= state.rows && column >= 1 &&
-                               column <= state.columns && state.grid[row][column].size() == 1 &&
-                               state.grid[row][column].at(0) == text.at(k);
-                    }
-                    if (fits)
+                    qsizetype k = 0;
+                    while (k < text.size() && holds(r + k * step.dr, c + k * step.dc, text.at(k)))
+                        ++k;
+                    if (k == text.size())
                         return true;
                 }
-            }
-        }
-    }
     return false;
 }
 
@@ -94,14 +91,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         return 0;
 
     std::vector<Step> steps;
-    if (state.allowHorizontal)
-        steps.push_back({0, 1});
-    if (state.allowVertical)
-        steps.push_back({1, 0});
-    if (state.allowDiagonal) {
-        steps.push_back({1, 1});
-        steps.push_back({1, -1});
-    }
+    for (const auto &[allowed, step] : {std::pair{state.allowHorizontal, Step{0, 1}},
+                                        {state.allowVertical, Step{1, 0}},
+                                        {state.allowDiagonal, Step{1, 1}},
+                                        {state.allowDiagonal, Step{1, -1}}})
+        if (allowed)
+            steps.push_back(step);
     int filled = 0;
     for (int r = 1; r <= state.rows; ++r)
         for (int c = 1; c <= state.columns; ++c)
@@ -112,11 +107,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 
     const GameState placed = state;
     FillGrid(state, random);
-    for (int r = 1; r <= state.rows; ++r) {
-        for (int c = 1; c <= state.columns; ++c) {
-            FUZZ_CHECK(state.grid[r][c].size() == 1);
-            FUZZ_CHECK(placed.grid[r][c].isEmpty() || placed.grid[r][c] == state.grid[r][c]);
-        }
-    }
+    for (int r = 1; r <= state.rows; ++r)
+        for (int c = 1; c <= state.columns; ++c)
+            FUZZ_CHECK(state.grid[r][c].size() == 1 &&
+                       (placed.grid[r][c].isEmpty() || placed.grid[r][c] == state.grid[r][c]));
     return 0;
 }

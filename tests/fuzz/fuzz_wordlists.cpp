@@ -56,8 +56,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     // The format, judged piece by piece or whole.
     const TextFormat format = DetectTextFormat(bytes);
     TextFormatDetector detector;
-    for (qsizetype at = 0; at < bytes.size(); at += piece)
-        detector.add(QByteArrayView(bytes).sliced(at, qMin(piece, bytes.size() - at)));
+    fuzz::inPieces(bytes, piece, [&](QByteArrayView part) { return detector.add(part), true; });
     FUZZ_CHECK(detector.format() == format);
     const QByteArrayView body = WithoutByteOrderMark(bytes, format);
     if (format.encoding == TextEncoding::Utf8) {
@@ -69,8 +68,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     // The chooser's count and the puzzle's words.
     const QStringList lines = ReadLines(bytes);
     LineCounter counter;
-    for (qsizetype at = 0; at < bytes.size(); at += piece)
-        counter.add(QByteArrayView(bytes).sliced(at, qMin(piece, bytes.size() - at)));
+    fuzz::inPieces(bytes, piece, [&](QByteArrayView part) { return counter.add(part), true; });
     FUZZ_CHECK(counter.lines() == lines.size());
     MemoryFile file(bytes, piece);
     GameState state;

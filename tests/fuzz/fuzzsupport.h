@@ -21,6 +21,14 @@
 
 namespace lexicove::fuzz {
 
+// Hands bytes to take in pieces of the given size, while take asks for more.
+template <typename Take> void inPieces(QByteArrayView bytes, qsizetype piece, Take take)
+{
+    for (qsizetype at = 0; at < bytes.size(); at += piece)
+        if (!take(bytes.sliced(at, qMin(piece, bytes.size() - at))))
+            break;
+}
+
 // Every path names the one file; nothing can be written or removed.
 class MemoryFile final : public Files {
 public:
@@ -31,10 +39,7 @@ public:
     QStringList list(const QString &, const QString &) override { return {}; }
     bool readPieces(const QString &, const PieceReader &take, QString &) override
     {
-        for (qsizetype at = 0; at < m_bytes.size(); at += m_piece) {
-            if (!take(QByteArrayView(m_bytes).sliced(at, qMin(m_piece, m_bytes.size() - at))))
-                break;
-        }
+        inPieces(m_bytes, m_piece, take);
         return true;
     }
     bool write(const QString &, const QByteArray &, QString &) override { return false; }

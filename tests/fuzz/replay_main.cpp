@@ -11,35 +11,22 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
 
-namespace {
-
-void runOn(const std::filesystem::path &file)
-{
-    std::ifstream in(file, std::ios::binary);
-    const std::vector<char> bytes{std::istreambuf_iterator<char>(in),
-                                  std::istreambuf_iterator<char>()};
-    LLVMFuzzerTestOneInput(reinterpret_cast<const uint8_t *>(bytes.data()), bytes.size());
-}
-
-} // namespace
-
 int main(int argc, char **argv)
 {
-    int runs = 0;
+    std::vector<std::filesystem::path> files;
     for (int i = 1; i < argc; ++i) {
-        const std::filesystem::path path(argv[i]);
-        if (std::filesystem::is_directory(path)) {
-            for (const auto &entry : std::filesystem::directory_iterator(path)) {
-                if (entry.is_regular_file()) {
-                    runOn(entry.path());
-                    ++runs;
-                }
-            }
-        } else {
-            runOn(path);
-            ++runs;
-        }
+        if (!std::filesystem::is_directory(argv[i]))
+            files.emplace_back(argv[i]);
+        else
+            for (const auto &entry : std::filesystem::directory_iterator(argv[i]))
+                if (entry.is_regular_file())
+                    files.push_back(entry.path());
     }
-    std::printf("%d inputs run\n", runs);
-    return runs > 0 ? 0 : 1;
+    for (const auto &file : files) {
+        std::ifstream in(file, std::ios::binary);
+        const std::vector<char> bytes{std::istreambuf_iterator<char>(in), {}};
+        LLVMFuzzerTestOneInput(reinterpret_cast<const uint8_t *>(bytes.data()), bytes.size());
+    }
+    std::printf("%zu inputs run\n", files.size());
+    return files.empty() ? 1 : 0;
 }

@@ -92,29 +92,19 @@ void TestPageLayout::brailleDocument()
 void TestPageLayout::wordListColumns()
 {
     const QStringList seven = {"elephant", "cat", "dog", "emu", "yak", "owl", "ant"};
+    const QStringList sixInRows = {placed({{0, "elephant"}, {12, "cat"}, {24, "dog"}}),
+                                   placed({{0, "emu"}, {12, "yak"}, {24, "owl"}})};
+    const QString longest = "abcdefghijklmnopqrstuvwxyzabcdefgh";
     const struct {
         int lineLength;
-        QStringList words;
-        QStringList rows;
+        QStringList words, rows;
         int puzzleIndent;
     } table[] = {
-        {36,
-         seven,
-         {placed({{0, "elephant"}, {12, "cat"}, {24, "dog"}}),
-          placed({{0, "emu"}, {12, "yak"}, {24, "owl"}}), "ant"},
-         15},
-        {36,
-         seven.mid(0, 6),
-         {placed({{0, "elephant"}, {12, "cat"}, {24, "dog"}}),
-          placed({{0, "emu"}, {12, "yak"}, {24, "owl"}})},
-         15},
+        {36, seven, sixInRows + QStringList{"ant"}, 15},
+        {36, seven.mid(0, 6), sixInRows, 15},
         {37, {"crocodile", "cat", "dog"}, {placed({{0, "crocodile"}, {18, "cat"}}), "dog"}, 16},
         {35, {"rhinoceros", "cat", "dog"}, {placed({{0, "rhinoceros"}, {18, "cat"}}), "dog"}, 14},
-        {35,
-         {"abcdefghijklmnopqrstuvwxyzabcdefgh", "cat"},
-         {"abcdefghijklmnopqrstuvwxyzabcdefgh", "cat"},
-         14},
-    };
+        {35, {longest, "cat"}, {longest, "cat"}, 14}};
     for (const auto &row : table) {
         OutputRig rig;
         setPuzzle(rig.state, kAlphabet, row.words);

@@ -130,9 +130,7 @@ class TestPrinting : public QObject {
 private slots:
     void initTestCase();
     void cleanupTestCase();
-    void printModeToAPdfQueue();
-    void brailleToAnEmbosserQueue();
-    void printToFile();
+    void jobsReachQueuesAndFiles();
     void refusedJobsAreNamed();
     void printDialogByKeyboard();
 
@@ -203,58 +201,47 @@ void TestPrinting::cleanupTestCase()
         m_cupsd.kill();
 }
 
-// A print job reaches a PDF queue: the word list headed and in columns (five at 18 points on
-// A4), the grid rows, and the solution page's lines, one to a line.
-void TestPrinting::printModeToAPdfQueue()
+// A job reaches a queue or a file whole: the PDF laid out as on the page (the list in five columns
+// at 18 points on A4, seven at 12), in an even-width typeface; the braille text byte for byte, a
+// character a cell, CR LF after each line and a form feed wherever a braille page is full (CUPS
+// ends a queued job with one \032). An abandoned document leaves no file at all.
+void TestPrinting::jobsReachQueuesAndFiles()
 {
-    const JobResult result =
-        printPuzzle(OutputMode::Print, {PrintDestination::Kind::Queue, "pdffile"}, "18 point");
-    QCOMPARE(result.end, JobEnd::Printed);
-    waitForFile(m_out + "/doc.pdf");
-    QStringList expected = kPrintedLines;
-    expected.replace(1, "abc yxw agmsy zzz fgh");
-    expected.insert(2, "klm");
-    QCOMPARE(pdfLines(m_out + "/doc.pdf"), expected);
-}
-
-// A braille job reaches the embosser as text, byte for byte: a character a cell, CR LF after each
-// line and a form feed wherever a braille page is full (CUPS ends the job with one \032).
-void TestPrinting::brailleToAnEmbosserQueue()
-{
-    const JobResult result =
-        printPuzzle(OutputMode::Braille, {PrintDestination::Kind::Queue, "embosser"});
-    QCOMPARE(result.end, JobEnd::Printed);
-    QCOMPARE(waitForFile(m_out + "/emb.brf"), kBraillePages + "\032");
-}
-
-// Printing to a file writes the PDF or the braille text there, whole; an abandoned document
-// leaves no file at all.
-void TestPrinting::printToFile()
-{
+    using enum PrintDestination::Kind;
     QTemporaryDir dir;
-    const QString pdf = dir.filePath("puzzle.pdf");
-    const QString brf = dir.filePath("puzzle.brf");
-    QCOMPARE(printPuzzle(OutputMode::Print, {PrintDestination::Kind::File, pdf}).end,
-             JobEnd::Printed);
-    QCOMPARE(pdfLines(pdf), kPrintedLines);
+    QStringList at18 = kPrintedLines;
+    at18.replace(1, "abc yxw agmsy zzz fgh");
+    at18.insert(2, "klm");
+    const struct {
+        OutputMode mode;
+        PrintDestination destination;
+        QString fontSize, written;
+    } jobs[] = {
+        {OutputMode::Print, {Queue, "pdffile"}, "18 point", m_out + "/doc.pdf"},
+        {OutputMode::Braille, {Queue, "embosser"}, "12 point", m_out + "/emb.brf"},
+        {OutputMode::Print, {File, dir.filePath("p.pdf")}, "12 point", dir.filePath("p.pdf")},
+        {OutputMode::Braille, {File, dir.filePath("p.brf")}, "12 point", dir.filePath("p.brf")}};
+    for (const auto &job : jobs) {
+        QCOMPARE(printPuzzle(job.mode, job.destination, job.fontSize).end, JobEnd::Printed);
+        const QByteArray bytes = waitForFile(job.written);
+        const bool queued = job.destination.kind == Queue;
+        if (job.mode == OutputMode::Print)
+            QCOMPARE(pdfLines(job.written), queued ? at18 : kPrintedLines);
+        else
+            QCOMPARE(bytes, kBraillePages + (queued ? "\032" : ""));
+    }
     // "Courier New" is Liberation Mono here, with letters of equal width.
-    QVERIFY(run("pdffonts", {pdf}).contains("LiberationMono"));
-    QCOMPARE(printPuzzle(OutputMode::Braille, {PrintDestination::Kind::File, brf}).end,
-             JobEnd::Printed);
-    QFile written(brf);
-    QVERIFY(written.open(QIODevice::ReadOnly));
-    QCOMPARE(written.readAll(), kBraillePages);
+    QVERIFY(run("pdffonts", {dir.filePath("p.pdf")}).contains("LiberationMono"));
 
-    PagePrinter page(kA4, {PrintDestination::Kind::File, dir.filePath("dropped.pdf")});
-    BraillePrinter braille(35, 23, {PrintDestination::Kind::File, dir.filePath("dropped.brf")});
+    PagePrinter page(kA4, {File, dir.filePath("dropped.pdf")});
+    BraillePrinter braille(35, 23, {File, dir.filePath("dropped.brf")});
     for (Printer *printer : std::initializer_list<Printer *>{&page, &braille}) {
         printer->print("abc", false);
         printer->newPage();
         printer->print("def", false);
         printer->abandonDocument();
     }
-    QVERIFY(!QFile::exists(dir.filePath("dropped.pdf")));
-    QVERIFY(!QFile::exists(dir.filePath("dropped.brf")));
+    QCOMPARE(QDir(dir.path()).entryList(QDir::Files), (QStringList{"p.brf", "p.pdf"}));
 }
 
 // A queue that refuses jobs, a queue that is gone, no print system and a folder that is gone each

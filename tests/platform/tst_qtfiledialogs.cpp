@@ -26,9 +26,7 @@ private slots:
 void TestQtFileDialogs::saveDialogByKeyboard()
 {
     QTemporaryDir dir;
-    QFile old(dir.filePath("old.txt"));
-    QVERIFY(old.open(QIODevice::WriteOnly));
-    old.close();
+    QVERIFY(QFile(dir.filePath("old.txt")).open(QIODevice::WriteOnly));
     QtFileDialogs dialogs;
     const QString filter = QStringLiteral("Text Files (*.txt)");
 
@@ -54,8 +52,7 @@ void TestQtFileDialogs::saveDialogByKeyboard()
     QCOMPARE(dialogs.saveFile(nullptr, filter), QDir::toNativeSeparators(dir.filePath("old.txt")));
     QVERIFY2(question.contains("already exists"), qPrintable(question));
 
-    QString refusal;
-    QString focusAfter;
+    QString refusal, focusAfter;
     whenModal([&](QWidget *) {
         type(dir.filePath("gone/new.txt"));
         whenModal([&](QWidget *box) {
@@ -86,12 +83,12 @@ void TestQtFileDialogs::printDialogOffersCopiesOnly()
     whenModal([&](QWidget *dialog) {
         auto *print = qobject_cast<QPrintDialog *>(dialog);
         QVERIFY(print);
-        for (const auto &[option, name] :
-             {std::pair{QAbstractPrintDialog::PrintSelection, "selection"},
-              std::pair{QAbstractPrintDialog::PrintPageRange, "page range"},
-              std::pair{QAbstractPrintDialog::PrintCurrentPage, "current page"},
-              std::pair{QAbstractPrintDialog::PrintToFile, "to file"},
-              std::pair{QAbstractPrintDialog::PrintCollateCopies, "collate"}})
+        using enum QAbstractPrintDialog::PrintDialogOption;
+        for (const auto &[option, name] : {std::pair{PrintSelection, "selection"},
+                                           {PrintPageRange, "page range"},
+                                           {PrintCurrentPage, "current page"},
+                                           {PrintToFile, "to file"},
+                                           {PrintCollateCopies, "collate"}})
             if (print->testOption(option))
                 offered << name;
         press(Qt::Key_Escape);

@@ -14,13 +14,12 @@ using enum PlacementStatus;
 
 namespace {
 
-double pick(int k, int n)
-{
-    return (k - 0.5) / n;
-} // the draw r that makes Int(r * n) + 1 give k
+// The draw r that makes Int(r * n) + 1 give k.
+const auto pick = [](int k, int n) { return (k - 0.5) / n; };
 
+// A rows x columns puzzle of the words, in the directions dirs names (of H, V and D).
 std::unique_ptr<GameState> makeState(int rows, int columns, const QString &dirs,
-                                     const QStringList &words) // dirs: of H, V, D
+                                     const QStringList &words)
 {
     auto s = std::make_unique<GameState>();
     s->rows = qint16(rows);
@@ -35,8 +34,9 @@ std::unique_ptr<GameState> makeState(int rows, int columns, const QString &dirs,
     return s;
 }
 
-QString gridText(const GameState &s) // row by row, "." for a free cell, each row closed by "|": a
-                                     // run leaving the puzzle meets one or the end
+// Row by row, "." for a free cell, each row closed by "|": a run leaving the puzzle meets one or
+// the end.
+QString gridText(const GameState &s)
 {
     QString text;
     for (int r = 1; r <= s.rows; ++r, text += u'|')
@@ -47,31 +47,27 @@ QString gridText(const GameState &s) // row by row, "." for a free cell, each ro
 
 // Place k starts at cell k / 4 of gridText in direction k % 4 (right, down, downright, downleft): k
 // counts in listing order.
-CandidatePlace placeAt(const GameState &s, int k)
-{
-    return {k / 4 / (s.columns + 1) + 1, k / 4 % (s.columns + 1) + 1, Direction(k % 4)};
-}
-int cellOf(const GameState &s, int k, int i)
-{
+const auto placeAt = [](const GameState &s, int k) {
+    return CandidatePlace{k / 4 / (s.columns + 1) + 1, k / 4 % (s.columns + 1) + 1,
+                          Direction(k % 4)};
+};
+// Where in gridText the i-th letter of place k lies.
+const auto cellOf = [](const GameState &s, int k, int i) {
     return k / 4 + i * QList{1, s.columns + 1, s.columns + 2, int(s.columns)}[k % 4];
-}
+};
 
-QString readRun(const GameState &s, const QString &grid, int k,
-                qsizetype len) // "|" first when its direction is off or it starts on a "|"
+// The len letters of place k, "|" first when its direction is off or it starts on a "|".
+QString readRun(const GameState &s, const QString &grid, int k, qsizetype len)
 {
-    QString text = (k % 4 == 0   ? s.allowHorizontal
-                    : k % 4 == 1 ? s.allowVertical
-                                 : s.allowDiagonal) &&
-                           grid[k / 4] != u'|'
-                       ? ""
-                       : "|";
+    const bool allowed = QList{s.allowHorizontal, s.allowVertical, s.allowDiagonal}[qMin(k % 4, 2)];
+    QString text = allowed && grid[k / 4] != u'|' ? "" : "|";
     for (int i = 0; i < len; ++i)
         text += grid.mid(cellOf(s, k, i), 1);
     return text;
 }
 
-QList<int> placesOf(const GameState &s, const QString &grid,
-                    qsizetype len) // by the rules written out plainly: runs on free cells
+// The places of a word of len letters, by the rules written out plainly: runs on free cells.
+QList<int> placesOf(const GameState &s, const QString &grid, qsizetype len)
 {
     QList<int> places;
     for (int k = 0; k < grid.size() * 4; ++k)
@@ -123,10 +119,11 @@ std::map<QString, double> lawFrom(const GameState &s, const QString &grid, int i
     return law;
 }
 
+// A clock that each look moves on by one ms.
 struct SteppingClock {
     double now = 0.0;
     double operator()() { return now += 1.0; }
-}; // each look moves it on by one ms
+};
 
 } // namespace
 

@@ -10,6 +10,8 @@
 using namespace lexicove;
 using namespace lexicove::test;
 
+static const QByteArray kBom = "\xef\xbb\xbf"; // the UTF-8 byte order mark
+
 class TestWordListFiles : public QObject {
     Q_OBJECT
 
@@ -39,23 +41,19 @@ private slots:
     // lone CR and a lone LF each end a line, and a byte order mark is no part of the first.
     void readers()
     {
+        const QStringList kPets = {"cat", "dog", "owl"};
         const struct {
             QByteArray bytes;
             QStringList lines, entries;
-        } files[] = {
-            {"a\r\n\r\nb,c", {"a", "", "b,c"}, {"a", "", "b", "c"}},
-            {"\"a,b\"\r\n\"i\",c\r\n", {"\"a,b\"", "\"i\",c"}, {"a,b", "i", "c"}},
-            {"cat\ndog\nowl\n", {"cat", "dog", "owl"}, {"cat", "dog", "owl"}},
-            {"cat\rdog\rowl", {"cat", "dog", "owl"}, {"cat", "dog", "owl"}},
-            {"cat\r\ndog\rowl\n", {"cat", "dog", "owl"}, {"cat", "dog", "owl"}},
-            {"\xef\xbb\xbf"
-             "cat\r\ndog\r\nowl\r\n",
-             {"cat", "dog", "owl"},
-             {"cat", "dog", "owl"}},
-            {"\n\r\r\n", {"", "", ""}, {"", "", ""}},
-            {"\xef\xbb\xbf", {}, {}},
-            {"\xef\xbb", {"\u00ef\u00bb"}, {"\u00ef\u00bb"}},
-        };
+        } files[] = {{"a\r\n\r\nb,c", {"a", "", "b,c"}, {"a", "", "b", "c"}},
+                     {"\"a,b\"\r\n\"i\",c\r\n", {"\"a,b\"", "\"i\",c"}, {"a,b", "i", "c"}},
+                     {"cat\ndog\nowl\n", kPets, kPets},
+                     {"cat\rdog\rowl", kPets, kPets},
+                     {"cat\r\ndog\rowl\n", kPets, kPets},
+                     {kBom + "cat\r\ndog\r\nowl\r\n", kPets, kPets},
+                     {"\n\r\r\n", {"", "", ""}, {"", "", ""}},
+                     {kBom, {}, {}},
+                     {"\xef\xbb", {"\u00ef\u00bb"}, {"\u00ef\u00bb"}}};
         for (const auto &file : files) {
             QCOMPARE(ReadLines(file.bytes), file.lines);
             QCOMPARE(ReadEntries(file.bytes), file.entries);
@@ -100,23 +98,13 @@ private slots:
             {"cat\r\n", "\u00e9", {"cat", "\u00e9"}, "cat\r\n\xe9\r\n"},
             {{}, "\u20ac", {"\u20ac"}, "\xe2\x82\xac\r\n"},
             {"\xce\xb1\r\n", "\u00e9", {"\u03b1", "\u00e9"}, "\xce\xb1\r\n\xc3\xa9\r\n"},
-            {"\xef\xbb\xbf"
-             "cat\r\n",
-             {},
-             {"cat"},
-             "\xef\xbb\xbf"
-             "cat\r\n"},
-            {"\xef\xbb\xbf\xe9\r\n", {}, {"\u00e9"}, "\xef\xbb\xbf\xe9\r\n"},
+            {kBom + "cat\r\n", {}, {"cat"}, kBom + "cat\r\n"},
+            {kBom + "\xe9\r\n", {}, {"\u00e9"}, kBom + "\xe9\r\n"},
             // Latin-1 "ß°" is valid UTF-8: shown as that, written back as it was.
             {"\xdf\xb0\r\n", {}, {"\u07f0"}, "\xdf\xb0\r\n"},
             // Typed, its Latin-1 bytes would read back as UTF-8: it is written in UTF-8.
             {{}, "\u00df\u00b0", {"\u00df\u00b0"}, "\xc3\x9f\xc2\xb0\r\n"},
-            {{},
-             kMark + "a",
-             {kMark + "a"},
-             "\xef\xbb\xbf\xef\xbb\xbf"
-             "a\r\n"},
-        };
+            {{}, kMark + "a", {kMark + "a"}, kBom + kBom + "a\r\n"}};
         for (const auto &list : lists) {
             TextFormat format;
             QStringList words = ReadEntries(list.bytes, &format);
