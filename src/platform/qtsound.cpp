@@ -1,10 +1,14 @@
 #include "platform/qtsound.h"
 
+#include "platform/soundfolder.h"
+
 #include <QApplication>
 #include <QAudioDevice>
+#include <QDateTime>
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QHash>
 #include <QMediaDevices>
 #include <QMutex>
@@ -36,16 +40,7 @@ constexpr int kSettleMs = 100;
 
 QString keyFor(const QString &path)
 {
-    QString key = QDir::cleanPath(QDir::fromNativeSeparators(path));
-#ifdef Q_OS_WIN
-    key = key.toLower(); // file names don't differ by case there
-#endif
-    return key;
-}
-
-QString folderOf(const QString &key)
-{
-    return key.left(key.lastIndexOf(QLatin1Char('/')));
+    return QDir::cleanPath(QDir::fromNativeSeparators(path));
 }
 
 // The system's default sound, made in the application's thread.
@@ -103,28 +98,48 @@ bool isWholeWaveFile(const QString &path)
 
 // The part of the player that lives in the sound thread.
 //
-// m_sounds maps a file's cleaned path to what is known of it: whether it is
-// a whole wave file, and an effect that holds its samples in Qt's cache (none
-// when there is no audio device). That effect is never played: every play
-// gets a fresh effect on the file, which finds the samples loaded, and the
-// one before it is stopped and deleted. On PulseAudio a QSoundEffect that is
-// played again opens its stream asking for the buffer granted last time,
-// which the server shrinks on every replay, until around the tenth replay
-// the sound stutters and then never starts (while the effect still reports
-// that it plays). finish() stops every effect and deletes them only when
-// none is still loading (releasing a sample while another loads can
-// deadlock in Qt's sample cache); otherwise they are left to the end of the
-// process.
+// A request's path is resolved to a file through its folder's listing
+// (m_folders, made when a folder is first met and again at each prepare);
+// m_resolved remembers the answer, empty for none. m_sounds maps a file's
+// cleaned path to what is known of it: when it last changed, whether it is a
+// whole wave file, and an effect that holds its samples in Qt's cache (none
+// when there is no audio device). That effect is never played: every play gets a fresh
+// effect on the file, which finds the samples loaded, and the one before it
+// is stopped and deleted. On PulseAudio a QSoundEffect that is played again
+// opens its stream asking for the buffer granted last time, which the server
+// shrinks on every replay, until around the tenth replay the sound stutters
+// and then never starts (while the effect still reports that it plays).
+//
+// Releasing a sample while another loads can deadlock in Qt's sample cache,
+// so files that prepare() no longer needs, or that changed on disk, wait in
+// m_unneeded until nothing is loading; finish() likewise deletes the effects
+// only when none is still loading, and otherwise leaves them to the end of
+// the process.
 class SoundPlayer {
 public:
-    void preloadFolder(const QString &folder)
+    void prepare(const QStringList &paths)
     {
-        const QDir dir(folder);
-        const QStringList names =
-            dir.entryList({QStringLiteral("*.wav")}, QDir::Files | QDir::Readable, QDir::Name);
-        for (const QString &name : names)
-            soundFor(keyFor(dir.filePath(name)));
-        m_folders.insert(keyFor(dir.absolutePath()));
+        m_folders.clear();
+        m_resolved.clear();
+        QStringList files;
+        for (const QString &path : paths) {
+            const QString file = resolve(keyFor(path));
+            if (!file.isEmpty())
+                files.append(file);
+        }
+        const QSet<QString> needed(files.cbegin(), files.cend());
+        for (auto sound = m_sounds.cbegin(); sound != m_sounds.cend(); ++sound) {
+            // A file replaced since it was loaded (a teacher's new recording)
+            // is loaded again.
+            if (!needed.contains(sound.key()) || sound->stamp != stampOf(sound.key()))
+                m_unneeded.insert(sound.key());
+        }
+        // The old samples go first, while nothing loads; a file still needed
+        // that can't be let go of yet keeps its old samples.
+        releaseUnneeded();
+        m_unneeded -= needed;
+        for (const QString &file : std::as_const(files))
+            soundFor(file);
     }
 
     // From the application's thread: the newest request not yet served
@@ -150,15 +165,23 @@ public:
     void play(const QString &key)
     {
         stopPlaying();
-        const File &sound = soundFor(key);
-        if (!sound.playable || (sound.samples && sound.samples->status() == QSoundEffect::Error)) {
+        QString file = resolve(key);
+        const File *sound = file.isEmpty() ? nullptr : &soundFor(file);
+        if (!sound || !sound->playable ||
+            (sound->samples && sound->samples->status() == QSoundEffect::Error)) {
             beep();
-        } else if (sound.samples) {
-            m_playing = makeEffect(key);
+            file.clear();
+        } else if (sound->samples) {
+            m_playing = makeEffect(file);
             m_playing->play(); // one still loading starts once it has loaded
             m_streamed = true;
         }
+        {
+            QMutexLocker lock(&m_requestMutex);
+            m_lastFile = file;
+        }
         ++handled;
+        releaseUnneeded();
     }
 
     bool anyLoading() const
@@ -180,6 +203,7 @@ public:
             QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
             QThread::msleep(1);
         }
+        releaseUnneeded();
         return true;
     }
 
@@ -200,10 +224,25 @@ public:
             QThread::msleep(kSettleMs);
     }
 
+    QString lastFile()
+    {
+        QMutexLocker lock(&m_requestMutex);
+        return m_lastFile;
+    }
+
     std::atomic<int> handled{0};
 
 private:
+    // When a file was last changed, and its size.
+    using Stamp = std::pair<QDateTime, qint64>;
+    static Stamp stampOf(const QString &file)
+    {
+        const QFileInfo info(file);
+        return {info.lastModified(), info.size()};
+    }
+
     struct File {
+        Stamp stamp;
         bool playable = false;           // a whole wave file
         QSoundEffect *samples = nullptr; // none without an audio device
     };
@@ -217,26 +256,50 @@ private:
         return *m_hasAudioDevice;
     }
 
-    static QSoundEffect *makeEffect(const QString &key)
+    static QSoundEffect *makeEffect(const QString &file)
     {
         auto *effect = new QSoundEffect;
         // The samples are decoded in Qt's loading thread, once per file.
-        effect->setSource(QUrl::fromLocalFile(key));
+        effect->setSource(QUrl::fromLocalFile(file));
         return effect;
     }
 
-    const File &soundFor(const QString &key)
+    // The cleaned path of the file that plays for the request key, or empty.
+    QString resolve(const QString &key)
     {
-        auto found = m_sounds.find(key);
+        const auto known = m_resolved.constFind(key);
+        if (known != m_resolved.cend())
+            return *known;
+        const QFileInfo request(key);
+        auto listed = m_folders.find(request.path());
+        if (listed == m_folders.end())
+            listed = m_folders.insert(request.path(), SoundFolder(request.path()));
+        const QString file = listed->find(request.fileName());
+        return *m_resolved.insert(key, file.isEmpty() ? file : keyFor(file));
+    }
+
+    const File &soundFor(const QString &file)
+    {
+        auto found = m_sounds.find(file);
         if (found != m_sounds.end())
             return *found;
-        // A name not seen before: looked for once and remembered either way.
-        // In a folder loaded whole it can't exist.
+        // Looked at once and remembered either way.
         File sound;
-        sound.playable = !m_folders.contains(folderOf(key)) && isWholeWaveFile(key);
+        sound.stamp = stampOf(file);
+        sound.playable = isWholeWaveFile(file);
         if (sound.playable && hasAudioDevice())
-            sound.samples = makeEffect(key);
-        return *m_sounds.insert(key, sound);
+            sound.samples = makeEffect(file);
+        return *m_sounds.insert(file, sound);
+    }
+
+    // Lets go of the samples prepare() no longer needs, once nothing loads.
+    void releaseUnneeded()
+    {
+        if (m_unneeded.isEmpty() || anyLoading())
+            return;
+        for (const QString &file : std::as_const(m_unneeded))
+            delete m_sounds.take(file).samples;
+        m_unneeded.clear();
     }
 
     // Stops the sound still playing, if any, and lets go of its effect; the
@@ -249,15 +312,18 @@ private:
         delete std::exchange(m_playing, nullptr);
     }
 
-    QHash<QString, File> m_sounds;
-    QSet<QString> m_folders;           // loaded whole; cleaned paths
-    QSoundEffect *m_playing = nullptr; // the effect of the last play
+    QHash<QString, SoundFolder> m_folders; // by cleaned folder path
+    QHash<QString, QString> m_resolved;    // cleaned request path -> file, or empty
+    QHash<QString, File> m_sounds;         // by the file's cleaned path
+    QSet<QString> m_unneeded;              // files of m_sounds to let go of
+    QSoundEffect *m_playing = nullptr;     // the effect of the last play
     std::optional<bool> m_hasAudioDevice;
     bool m_streamed = false; // an effect has been started on an audio device
 
-    QMutex m_requestMutex; // guards the two below
+    QMutex m_requestMutex; // guards the three below
     std::optional<QString> m_request;
     bool m_servePosted = false;
+    QString m_lastFile;
 };
 
 QtSound::QtSound() : m_player(std::make_unique<SoundPlayer>())
@@ -301,13 +367,13 @@ void QtSound::shutdown()
     m_thread = nullptr;
 }
 
-void QtSound::preloadFolder(const QString &folder)
+void QtSound::prepare(const QStringList &paths)
 {
     if (m_shutDown)
         return;
     SoundPlayer *player = m_player.get();
     QMetaObject::invokeMethod(
-        m_context, [player, folder] { player->preloadFolder(folder); }, Qt::QueuedConnection);
+        m_context, [player, paths] { player->prepare(paths); }, Qt::QueuedConnection);
 }
 
 void QtSound::play(const QString &path)
@@ -341,6 +407,11 @@ bool QtSound::waitUntilIdle(int timeoutMs)
 int QtSound::handledCount() const
 {
     return m_player ? m_player->handled.load() : 0;
+}
+
+QString QtSound::lastFile() const
+{
+    return m_player ? m_player->lastFile() : QString();
 }
 
 } // namespace lexicove

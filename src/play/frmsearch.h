@@ -59,6 +59,9 @@ protected:
 private:
     void BuildMenu();
     void FillGridView();
+    // Has the sounds of the grid's letters and of the marks loaded before the
+    // first one plays.
+    void PrepareSounds();
     void SizeToGrid();
     // Returns true when the character was one the window acts on.
     bool Form_KeyPress(int code);

@@ -196,7 +196,7 @@ void TestSoundSoak::everyRequestIsHeard()
     Listener listener(pipe);
     QVERIFY2(listener.listening(), qPrintable("can't read " + pipe));
     QtSound sound;
-    sound.preloadFolder(folder.path());
+    sound.prepare(paths);
     QVERIFY(sound.waitUntilIdle(5000));
     std::this_thread::sleep_for(std::chrono::milliseconds(300));
     const qsizetype start = listener.heardSoFar();
