@@ -4,6 +4,8 @@
 #include "keys.h"
 #include "mainmenu.h"
 
+#include <QDir>
+#include <QSet>
 #include <QTableWidget>
 #include <QtTest>
 
@@ -49,6 +51,19 @@ void moveTo(const QTableWidget *flex, Cell target)
         press(flex->currentColumn() + 1 < target.column ? Qt::Key_Right : Qt::Key_Left);
 }
 
+// The options window's Rows and Columns, by their access keys, answered with
+// the sizes given; true once the game state holds them.
+[[nodiscard]] bool setSize(FakePlatform &fake, const GameState &state, int rows, int columns)
+{
+    fake.dialogs.replies = {QString::number(rows)};
+    press(Qt::Key_R, Qt::AltModifier);
+    if (!QTest::qWaitFor([&] { return state.rows == rows; }))
+        return false;
+    fake.dialogs.replies = {QString::number(columns)};
+    press(Qt::Key_C, Qt::AltModifier);
+    return QTest::qWaitFor([&] { return state.columns == columns; });
+}
+
 } // namespace
 
 class TestRoad : public QObject {
@@ -57,6 +72,7 @@ class TestRoad : public QObject {
 private slots:
     void playsAWholeGameFromTheMainMenuAndBack();
     void createsEditsAndDeletesAListFromTheMainMenu();
+    void everyLetterOfAnyListIsHeard();
 };
 
 void TestRoad::playsAWholeGameFromTheMainMenuAndBack()
@@ -79,12 +95,7 @@ void TestRoad::playsAWholeGameFromTheMainMenuAndBack()
     QCOMPARE(state.wordListPath, fake.path(QStringLiteral("animals.wds")));
     QCOMPARE(focusName(), QStringLiteral("cmdRows"));
 
-    fake.dialogs.replies = {QStringLiteral("8")};
-    press(Qt::Key_R, Qt::AltModifier);
-    QTRY_COMPARE(state.rows, qint16(8));
-    fake.dialogs.replies = {QStringLiteral("9")};
-    press(Qt::Key_C, Qt::AltModifier);
-    QTRY_COMPARE(state.columns, qint16(9));
+    QVERIFY(setSize(fake, state, 8, 9));
     press(Qt::Key_D, Qt::AltModifier);
     press(Qt::Key_O, Qt::AltModifier);
     QTRY_VERIFY(activeWindowNamed(QStringLiteral("frmSearch")));
@@ -165,6 +176,65 @@ void TestRoad::createsEditsAndDeletesAListFromTheMainMenu()
     QTRY_COMPARE(focusName(), QStringLiteral("lstStyle"));
     QCOMPARE(game.mainMenu().findChild<QListWidget *>("lstStyle")->currentRow(), 2);
     QVERIFY(fake.dialogs.unexpected.isEmpty());
+}
+
+void TestRoad::everyLetterOfAnyListIsHeard()
+{
+    // A puzzle made from a list typed in a text editor, with capitals and Polish, Greek and
+    // Cyrillic words: its letters' sounds and the marks' are made ready as it opens, and every
+    // cell the cursor is walked over asks for its letter's file and finds the game's sound for
+    // it: a capital, or final sigma, finds the one of its lower-case letter.
+    FakePlatform fake;
+    const QDir sounds(QStringLiteral(LEXICOVE_SOURCE_DIR "/assets/sounds"));
+    fake.system.sounds = sounds.path();
+    fake.writeFile(
+        QStringLiteral("world.wds"),
+        QStringLiteral("Paris\r\nŁódź\r\nΑθήνα\r\nΣπάρτη\r\nΡόδος\r\nКиїв\r\nМосква\r\n").toUtf8());
+    GameState state;
+    Game game(state, fake.platform);
+    QVERIFY(startGame(game));
+    press(Qt::Key_Return);
+    QTRY_VERIFY(activeWindowNamed(QStringLiteral("frmWords")));
+    press(Qt::Key_Return);
+    QTRY_VERIFY(activeWindowNamed(QStringLiteral("frmOptions")));
+    QVERIFY(setSize(fake, state, 9, 9));
+    press(Qt::Key_O, Qt::AltModifier);
+    QTRY_VERIFY(activeWindowNamed(QStringLiteral("frmSearch")));
+    auto *flex = qobject_cast<QTableWidget *>(focused());
+    QVERIFY(flex);
+
+    QSet<QString> ready = {sounds.filePath("mark.wav"), sounds.filePath("wrong.wav"),
+                           sounds.filePath("cheer1.wav"), sounds.filePath("cheer2.wav")};
+    for (int r = 1; r <= state.rows; ++r)
+        for (int c = 1; c <= state.columns; ++c)
+            ready.insert(sounds.filePath(state.grid[r][c] + ".wav"));
+    QCOMPARE(fake.sound.prepared.size(), 1);
+    QCOMPARE(QSet<QString>(fake.sound.prepared[0].cbegin(), fake.sound.prepared[0].cend()), ready);
+
+    QStringList unheard;
+    for (int r = 1; r <= state.rows; ++r)
+        for (int i = 1; i <= state.columns; ++i) {
+            const Cell cell{r, r % 2 ? i : state.columns + 1 - i};
+            fake.sound.played.clear();
+            moveTo(flex, cell);
+            const QString letter = state.grid[cell.row][cell.column];
+            if (r + i == 2) // the cursor starts there
+                continue;
+            const QStringList asked = fake.sound.names(), found = fake.sound.found();
+            if (asked != QStringList{letter + ".wav"} ||
+                found != QStringList{sounds.filePath(letter.toCaseFolded() + ".wav")})
+                unheard << letter + ": " + asked.join(' ') + " -> " + found.join(' ');
+        }
+    QVERIFY2(unheard.isEmpty(), qPrintable(unheard.join('\n')));
+    const QString grid = [&] {
+        QString all;
+        for (int r = 1; r <= state.rows; ++r)
+            for (int c = 1; c <= state.columns; ++c)
+                all += state.grid[r][c];
+        return all;
+    }();
+    for (const QString letter : {"P", "Ł", "ź", "Σ", "ς", "ї", "М"})
+        QVERIFY2(grid.contains(letter), qPrintable(letter + " is not in the grid"));
 }
 
 QTEST_MAIN(TestRoad)
