@@ -17,6 +17,7 @@
 #include <QSet>
 #include <QSoundEffect>
 #include <QThread>
+#include <QTimer>
 #include <QUrl>
 #include <QtEndian>
 
@@ -37,6 +38,8 @@ constexpr int kThreadWaitMs = 3000;
 // exit without holding its main loop's lock, and crashes (about one exit in a
 // hundred) when a message from the server is being handled at that moment.
 constexpr int kSettleMs = 100;
+// How often the sound thread looks whether files still loading have stalled.
+constexpr int kStallMs = 30;
 
 QString keyFor(const QString &path)
 {
@@ -110,6 +113,14 @@ bool isWholeWaveFile(const QString &path)
 // shrinks on every replay, until around the tenth replay the sound stutters
 // and then never starts (while the effect still reports that it plays).
 //
+// Qt's sample cache (6.4) loads in a thread of its own that ends after its
+// last load, and can be left stopped with samples waiting: one asked for
+// just as the thread ends is never loaded, and the thread is started again
+// only for a sample it has never seen (a puzzle's letters then stay silent).
+// While anything loads, the sound thread looks every kStallMs; when no load
+// has ended since the last look, it asks for a file still loading under a
+// name never used (a query added to its address), which starts the thread.
+//
 // Releasing a sample while another loads can deadlock in Qt's sample cache,
 // so files that prepare() no longer needs, or that changed on disk, wait in
 // m_unneeded until nothing is loading; finish() likewise deletes the effects
@@ -117,6 +128,9 @@ bool isWholeWaveFile(const QString &path)
 // the process.
 class SoundPlayer {
 public:
+    // context lives in the sound thread; the checks on loads run there.
+    explicit SoundPlayer(QObject *context) : m_context(context) {}
+
     void prepare(const QStringList &paths)
     {
         m_folders.clear();
@@ -140,6 +154,7 @@ public:
         m_unneeded -= needed;
         for (const QString &file : std::as_const(files))
             soundFor(file);
+        watchLoads();
     }
 
     // From the application's thread: the newest request not yet served
@@ -182,16 +197,25 @@ public:
         }
         ++handled;
         releaseUnneeded();
+        watchLoads();
     }
 
-    bool anyLoading() const
+    // The number of effects still loading, and the file of one of them.
+    int loading(QString *file = nullptr) const
     {
-        for (const File &sound : m_sounds) {
-            if (sound.samples && sound.samples->status() == QSoundEffect::Loading)
-                return true;
+        int count = 0;
+        for (auto sound = m_sounds.cbegin(); sound != m_sounds.cend(); ++sound) {
+            if (sound->samples && sound->samples->status() == QSoundEffect::Loading) {
+                ++count;
+                if (file)
+                    *file = sound.key();
+            }
         }
-        return m_playing && m_playing->status() == QSoundEffect::Loading;
+        for (const QSoundEffect *effect : std::as_const(m_restarts))
+            count += effect->status() == QSoundEffect::Loading;
+        return count + (m_playing && m_playing->status() == QSoundEffect::Loading);
     }
+    bool anyLoading() const { return loading() > 0; }
 
     // Runs this thread's events (the effects learn there that they have
     // loaded) until nothing is loading or the deadline passes.
@@ -215,6 +239,7 @@ public:
             delete std::exchange(m_playing, nullptr);
             for (const File &sound : std::as_const(m_sounds))
                 delete sound.samples;
+            qDeleteAll(std::exchange(m_restarts, {}));
         } else {
             qWarning("Lexicove: a sound file is still loading; its sounds are left to the end "
                      "of the program");
@@ -292,14 +317,47 @@ private:
         return *m_sounds.insert(file, sound);
     }
 
-    // Lets go of the samples prepare() no longer needs, once nothing loads.
+    // Lets go of the samples prepare() no longer needs, and of those asked
+    // for to restart Qt's loading, once nothing loads.
     void releaseUnneeded()
     {
-        if (m_unneeded.isEmpty() || anyLoading())
+        if ((m_unneeded.isEmpty() && m_restarts.isEmpty()) || anyLoading())
             return;
         for (const QString &file : std::as_const(m_unneeded))
             delete m_sounds.take(file).samples;
         m_unneeded.clear();
+        qDeleteAll(std::exchange(m_restarts, {}));
+    }
+
+    // Looks at the loads in kStallMs, unless a look is due already.
+    void watchLoads()
+    {
+        if (m_watching || !anyLoading())
+            return;
+        m_watching = true;
+        m_loadingAtLastLook = -1;
+        QTimer::singleShot(kStallMs, m_context, [this] { lookAtLoads(); });
+    }
+
+    void lookAtLoads()
+    {
+        m_watching = false;
+        QString file;
+        const int count = loading(&file);
+        if (count == 0) {
+            releaseUnneeded();
+            return;
+        }
+        if (count == m_loadingAtLastLook && !file.isEmpty()) {
+            QUrl again = QUrl::fromLocalFile(file);
+            again.setQuery(QStringLiteral("again=%1").arg(++m_restartCount));
+            auto *effect = new QSoundEffect;
+            effect->setSource(again);
+            m_restarts.append(effect);
+        }
+        m_loadingAtLastLook = count;
+        m_watching = true;
+        QTimer::singleShot(kStallMs, m_context, [this] { lookAtLoads(); });
     }
 
     // Stops the sound still playing, if any, and lets go of its effect; the
@@ -312,6 +370,7 @@ private:
         delete std::exchange(m_playing, nullptr);
     }
 
+    QObject *m_context;                    // in the sound thread
     QHash<QString, SoundFolder> m_folders; // by cleaned folder path
     QHash<QString, QString> m_resolved;    // cleaned request path -> file, or empty
     QHash<QString, File> m_sounds;         // by the file's cleaned path
@@ -319,6 +378,10 @@ private:
     QSoundEffect *m_playing = nullptr;     // the effect of the last play
     std::optional<bool> m_hasAudioDevice;
     bool m_streamed = false; // an effect has been started on an audio device
+    bool m_watching = false; // a look at the loads is due
+    int m_loadingAtLastLook = -1;
+    QList<QSoundEffect *> m_restarts; // asked for to restart Qt's loading
+    int m_restartCount = 0;
 
     QMutex m_requestMutex; // guards the three below
     std::optional<QString> m_request;
@@ -326,12 +389,13 @@ private:
     QString m_lastFile;
 };
 
-QtSound::QtSound() : m_player(std::make_unique<SoundPlayer>())
+QtSound::QtSound()
 {
     m_thread = new QThread;
     m_thread->setObjectName(QStringLiteral("Lexicove sound"));
     m_context = new QObject;
     m_context->moveToThread(m_thread);
+    m_player = std::make_unique<SoundPlayer>(m_context);
     m_thread->start(QThread::HighPriority);
 }
 
