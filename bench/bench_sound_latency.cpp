@@ -11,9 +11,10 @@
 //
 // BM_OpenPuzzle: from the window being made to every sound of its grid and
 // of the marks loaded, each time on letters the puzzle before did not have
-// (two sets of 100 in turn, so each opening loads 104 files and lets go of
-// the 104 before). first_ms is the first opening of the run, when the sound
-// system itself starts. BM_KeyToSoundRequest: from the arrow key reaching
+// (two sets of 100 in turn, so each opening loads 100 letter files and lets
+// go of the 100 before). first_ms is the first opening of the run, when the sound
+// system itself starts; rss_first_MB and rss_last_MB the memory after it and
+// after the last. BM_KeyToSoundRequest: from the arrow key reaching
 // the window to the sound player's play request returning, for bursts of 200
 // quick moves, per move: median_us, p99_us and max_us. BM_PlayRequest: the
 // play request alone.
@@ -30,11 +31,12 @@
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
+#include <QAudioDevice>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QFileInfo>
 #include <QKeyEvent>
-#include <QAudioDevice>
 #include <QMediaDevices>
 #include <QTableWidget>
 
@@ -42,6 +44,10 @@
 #include <chrono>
 #include <cstdio>
 #include <vector>
+
+#ifdef Q_OS_LINUX
+#include <unistd.h>
+#endif
 
 namespace {
 
@@ -195,6 +201,19 @@ void report(benchmark::State &state, std::vector<double> &micros)
     state.counters["moves"] = static_cast<double>(micros.size());
 }
 
+// The process's resident memory in MB (Linux); 0 elsewhere.
+double residentMB()
+{
+#ifdef Q_OS_LINUX
+    QFile statm(QStringLiteral("/proc/self/statm"));
+    const QList<QByteArray> fields =
+        statm.open(QIODevice::ReadOnly) ? statm.readAll().split(' ') : QList<QByteArray>();
+    if (fields.size() > 1)
+        return fields[1].toDouble() * double(sysconf(_SC_PAGESIZE)) / (1 << 20);
+#endif
+    return 0;
+}
+
 void BM_OpenPuzzle(benchmark::State &state)
 {
     const QStringList letters = shippedLetters(rig->system.programFolder());
@@ -203,6 +222,7 @@ void BM_OpenPuzzle(benchmark::State &state)
         return;
     }
     std::vector<double> millis;
+    double firstMB = 0;
     int set = 0;
     for (auto _ : state) {
         fillPuzzle(rig->state, letters, set);
@@ -218,8 +238,14 @@ void BM_OpenPuzzle(benchmark::State &state)
         const double took = std::chrono::duration<double, std::milli>(Clock::now() - start).count();
         millis.push_back(took);
         state.SetIterationTime(took / 1e3);
+        if (millis.size() == 1)
+            firstMB = residentMB();
     }
     state.counters["first_ms"] = millis.front();
+    // With one puzzle's sounds held (the first), and after the last: the
+    // samples of letters no longer in the grid are let go of.
+    state.counters["rss_first_MB"] = firstMB;
+    state.counters["rss_last_MB"] = residentMB();
     std::sort(millis.begin(), millis.end());
     state.counters["median_ms"] = millis[millis.size() / 2];
     state.counters["max_ms"] = millis.back();
