@@ -1,16 +1,25 @@
-// How long a move in the puzzle window holds up the player before its letter
-// is on its way: from the arrow key reaching the window to the real sound
-// player's play request returning, for bursts of 200 quick moves.
+// How soon a puzzle's letters can be heard, and how long a move holds up the
+// player before its letter is on its way.
 //
-// The puzzle window and the sound player are the game's own (FrmSearch on a
-// 20 by 20 puzzle, QtSound with every sound of the game preloaded); only the
-// navigator is a stand-in, since no other window opens. Runs headless
-// (offscreen); with a sound server running, the letters are really played.
+// The puzzle window and the sound player are the game's own (FrmSearch,
+// QtSound on the game's sounds); only the navigator is a stand-in, since no
+// other window opens. The puzzle is 50 by 50 and holds 100 different letters
+// from every script the game speaks, every other cell a capital. Runs
+// headless (offscreen); the samples are only loaded where there is an audio
+// device, so run it with a sound server (tests/platform/with_pulse.sh gives a
+// private one) for figures that mean anything (audio_device 1).
 //
-// Reports per move, over every burst: median_us, p99_us and max_us. The
-// manual time of an iteration is the sum of its 200 moves.
+// BM_OpenPuzzle: from the window being made to every sound of its grid and
+// of the marks loaded, each time on letters the puzzle before did not have
+// (two sets of 100 in turn, so each opening loads 100 letter files and lets
+// go of the 100 before). first_ms is the first opening of the run, when the sound
+// system itself starts; rss_first_MB and rss_last_MB the memory after it and
+// after the last. BM_KeyToSoundRequest: from the arrow key reaching
+// the window to the sound player's play request returning, for bursts of 200
+// quick moves, per move: median_us, p99_us and max_us. BM_PlayRequest: the
+// play request alone.
 //
-//   build/bench/bench_sound_latency [--benchmark_repetitions=N]
+//   [tests/platform/with_pulse.sh] build/bench/bench_sound_latency [--benchmark_repetitions=N]
 
 #include "core/gamestate.h"
 #include "core/navigator.h"
@@ -22,10 +31,13 @@
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
+#include <QAudioDevice>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QFileInfo>
 #include <QKeyEvent>
+#include <QMediaDevices>
 #include <QTableWidget>
 
 #include <algorithm>
@@ -33,12 +45,17 @@
 #include <cstdio>
 #include <vector>
 
+#ifdef Q_OS_LINUX
+#include <unistd.h>
+#endif
+
 namespace {
 
 using Clock = std::chrono::steady_clock;
 using lexicove::GameState;
 
-constexpr int kSide = 20;
+constexpr int kSide = 50;
+constexpr int kLetters = 100;
 constexpr int kBurst = 200;
 
 // The game's sounds: the build copies them beside the executable; from a
@@ -51,7 +68,7 @@ QString soundFolder()
         QCoreApplication::applicationDirPath(),
     };
     for (const QString &folder : candidates) {
-        if (QFileInfo::exists(QDir(folder).filePath(QStringLiteral("a.wav"))))
+        if (QFileInfo::exists(QDir(folder).filePath(QStringLiteral("ж.wav"))))
             return QDir(folder).absolutePath();
     }
     return QString();
@@ -74,6 +91,7 @@ private:
 class TimedSound final : public lexicove::Sound {
 public:
     explicit TimedSound(lexicove::QtSound &real) : m_real(real) {}
+    void prepare(const QStringList &paths) override { m_real.prepare(paths); }
     void play(const QString &path) override
     {
         m_real.play(path);
@@ -121,13 +139,31 @@ struct Rig {
 
 Rig *rig = nullptr;
 
-void fillPuzzle(GameState &state)
+// The letters that have a sound of their own, in two sets of kLetters.
+QStringList shippedLetters(const QString &folder)
+{
+    QStringList letters;
+    const QStringList names =
+        QDir(folder).entryList({QStringLiteral("?.wav")}, QDir::Files, QDir::Name);
+    for (const QString &name : names) {
+        if (name.at(0).isLetter())
+            letters << name.left(1);
+    }
+    return letters;
+}
+
+// set 0 or 1: kLetters letters of the game's, every other cell in capitals.
+void fillPuzzle(GameState &state, const QStringList &letters, int set)
 {
     state.rows = kSide;
     state.columns = kSide;
     for (int r = 1; r <= kSide; ++r)
-        for (int c = 1; c <= kSide; ++c)
-            state.grid[r][c] = QString(QChar(u'a' + (r * 7 + c * 3) % 26));
+        for (int c = 1; c <= kSide; ++c) {
+            const QChar letter = letters[set * kLetters + (r * 7 + c * 3) % kLetters].at(0);
+            // A cell holds one character: the capital by the simple mapping
+            // ("ß" stays "ß", never "SS").
+            state.grid[r][c] = QString((r + c) % 2 ? letter.toUpper() : letter);
+        }
     state.wordCount = 2;
     state.words[1] = QStringLiteral("cat");
     state.words[2] = QStringLiteral("dog");
@@ -168,9 +204,61 @@ void report(benchmark::State &state, std::vector<double> &micros)
     state.counters["moves"] = static_cast<double>(micros.size());
 }
 
+// The process's resident memory in MB (Linux); 0 elsewhere.
+double residentMB()
+{
+#ifdef Q_OS_LINUX
+    QFile statm(QStringLiteral("/proc/self/statm"));
+    const QList<QByteArray> fields =
+        statm.open(QIODevice::ReadOnly) ? statm.readAll().split(' ') : QList<QByteArray>();
+    if (fields.size() > 1)
+        return fields[1].toDouble() * double(sysconf(_SC_PAGESIZE)) / (1 << 20);
+#endif
+    return 0;
+}
+
+void BM_OpenPuzzle(benchmark::State &state)
+{
+    const QStringList letters = shippedLetters(rig->system.programFolder());
+    if (letters.size() < 2 * kLetters) {
+        state.SkipWithError("fewer than 200 letters have a sound");
+        return;
+    }
+    std::vector<double> millis;
+    double firstMB = 0;
+    int set = 0;
+    for (auto _ : state) {
+        fillPuzzle(rig->state, letters, set);
+        set = 1 - set;
+        const auto start = Clock::now();
+        lexicove::FrmSearch window(rig->state, rig->platform, rig->navigator);
+        window.Form_Load();
+        window.show();
+        if (!rig->sound.waitUntilIdle(5000)) {
+            state.SkipWithError("the sounds did not load within 5 s");
+            return;
+        }
+        const double took = std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+        millis.push_back(took);
+        state.SetIterationTime(took / 1e3);
+        if (millis.size() == 1)
+            firstMB = residentMB();
+    }
+    state.counters["first_ms"] = millis.front();
+    // With one puzzle's sounds held (the first), and after the last: the
+    // samples of letters no longer in the grid are let go of.
+    state.counters["rss_first_MB"] = firstMB;
+    state.counters["rss_last_MB"] = residentMB();
+    std::sort(millis.begin(), millis.end());
+    state.counters["median_ms"] = millis[millis.size() / 2];
+    state.counters["max_ms"] = millis.back();
+    state.counters["audio_device"] = QMediaDevices::defaultAudioOutput().isNull() ? 0 : 1;
+}
+BENCHMARK(BM_OpenPuzzle)->Iterations(20)->UseManualTime()->Unit(benchmark::kMillisecond);
+
 void BM_KeyToSoundRequest(benchmark::State &state)
 {
-    fillPuzzle(rig->state);
+    fillPuzzle(rig->state, shippedLetters(rig->system.programFolder()), 0);
     lexicove::FrmSearch window(rig->state, rig->platform, rig->navigator);
     window.Form_Load();
     window.show();
@@ -180,6 +268,7 @@ void BM_KeyToSoundRequest(benchmark::State &state)
         state.SkipWithError("the puzzle window has no grid named flex");
         return;
     }
+    rig->sound.waitUntilIdle(5000);
     QElapsedTimer shown;
     shown.start();
     while (shown.elapsed() < 200)
@@ -259,9 +348,6 @@ int main(int argc, char **argv)
             std::fprintf(stderr, "bench_sound_latency: the game's sounds were not found\n");
             return 1;
         }
-        bench.sound.preloadFolder(bench.system.programFolder());
-        if (!bench.sound.waitUntilIdle(5000))
-            std::fprintf(stderr, "bench_sound_latency: the sounds did not finish loading\n");
         benchmark::RunSpecifiedBenchmarks();
         bench.sound.shutdown();
         rig = nullptr;

@@ -25,8 +25,6 @@ int main(int argc, char *argv[])
     lexicove::QtSettings settings;
     lexicove::Platform platform{dialogs, sound, clock,       random,
                                 system,  files, fileDialogs, settings};
-    // The sounds load in the background while the main menu comes up.
-    sound.preloadFolder(system.programFolder());
     // A new player finds their word list folder, with the starter lists in
     // it, from the first start on.
     system.wordListFolder();

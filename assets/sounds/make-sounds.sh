@@ -4,7 +4,7 @@
 # kept in this folder, so building the game needs neither tool; run this
 # again only to change them.
 #
-#   needs: espeak-ng (Debian's, voice en-us) and sox
+#   needs: espeak-ng (Debian's, with its voices) and sox
 #   usage: make-sounds.sh [output folder]   (default: this script's folder)
 #
 # Every file is 16-bit PCM mono at 22050 Hz. Letters are trimmed tightly at
@@ -23,23 +23,26 @@ rate=22050
 # -D: no dither, so that the same tools make the same bytes every run.
 fmt=(-D -r "$rate" -c 1 -b 16 -e signed-integer)
 
-# What the voice is given for each character. Most characters are given as
-# themselves: espeak-ng says a lone character by its name ("zee", "e acute").
-# The rest get words or phonemes ([[...]]) where the voice's own reading is
-# wrong or silent.
-declare -A say=(
-    ['-']='hyphen'
-    ["'"]='apostrophe'
-    ['à']="[[,eI_|gr'A:v]]"   # read as the French word "à" otherwise
-)
+# The voice of each character, and what it is given when that is not the
+# character itself. A line's characters (several when they share a voice and
+# none is given other words) are spoken one by one. espeak-ng says a lone
+# character by its name in the voice's language: en-us "zee", "e acute";
+# pl "eł" for ł, cs "čé" for č, el "λάμδα" for λ, ru "эм" for м. Latin-1 keeps
+# the American English voice. Every other letter is spoken by the voice of a
+# language that writes it, so that its readers know it, except where that
+# voice reads it wrongly or not at all (en-us names "ĸ" "kra" and "ŋ" "eng";
+# af reads "ŉ" as a code point number). Words or phonemes ([[...]]) stand in
+# where a voice's own reading is wrong, too short to catch (the Russian
+# voice's и and у last 40 and 90 ms) or would sound like another letter: the
+# Russian voice names е "je", и "i" and г "ge", which is how Ukrainian names
+# є, і and ґ, so those three say that they are the Ukrainian ones.
+#
+# Final sigma and long s have no file: where names ignore case, "ς.wav" and
+# "ſ.wav" are "σ.wav" and "s.wav", whose sounds ("sigma", "ess") name them.
 
-letters=(a b c d e f g h i j k l m n o p q r s t u v w x y z
-         0 1 2 3 4 5 6 7 8 9 - "'"
-         à á â ã ä å æ ç è é ê ë ì í î ï ð ñ ò ó ô õ ö ø ù ú û ü ý þ ÿ ß)
-
-speak() { # character, output file
-    local text=${say[$1]:-$1}
-    espeak-ng -v en-us -s 170 -w "$work/raw.wav" -- "$text"
+speak() { # voice, what it is given, output file
+    espeak-ng -v "$1" -s 170 -w "$work/raw.wav" -- "$2" </dev/null 2>"$work/espeak.log" ||
+        { cat "$work/espeak.log" >&2; return 1; }
     # Leading and trailing silence off (anything under 0.3% of full scale).
     sox "$work/raw.wav" "${fmt[@]}" "$work/trim.wav" \
         silence 1 0.001 0.3% reverse silence 1 0.001 0.3% reverse
@@ -47,14 +50,59 @@ speak() { # character, output file
     # A gentle compressor lifts the voice's weak opening sounds ("f" of "four",
     # "th" of "three") so that they too are heard at once; then 2 ms fade-in and
     # 20 ms fade-out against clicks, peak at -1 dBFS and 200 ms of silence.
-    sox "$work/trim.wav" "${fmt[@]}" "$2" \
+    sox "$work/trim.wav" "${fmt[@]}" "$3" \
         compand 0.002,0.06 -80,-80,-45,-30,-20,-12,0,-6 0 -60 \
         fade t 0.002 -0 0.02 gain -n -1 pad 0 0.2
 }
 
-for c in "${letters[@]}"; do
-    speak "$c" "$out/$c.wav"
-done
+made=0
+while read -r characters voice words; do
+    for ((i = 0; i < ${#characters}; i++)); do
+        c=${characters:i:1}
+        speak "$voice" "${words:-$c}" "$out/$c.wav"
+        made=$((made + 1))
+    done
+done <<'END'
+abcdefghijklmnopqrstuvwxyz0123456789  en-us
+-   en-us  hyphen
+'   en-us  apostrophe
+à   en-us  [[,eI_|gr'A:v]]
+áâãäåæçèéêëìíîïðñòóôõöøùúûüýþÿß  en-us
+āēģīķļņŗū  lv
+ăţ  ro
+ąćęłńśźż  pl
+ĉĝĥĵŝŭ  eo
+ċġħ  mt
+čďěňřšťůž  cs
+đ   hr
+ėų  lt
+į   lt  i nosinė
+ğış  tr
+ĩũ  vi
+ĳ   nl  lange ij
+ĺľŕ  sk
+ŀ   ca  ela geminada
+őű  hu
+ō   mi
+œ   fr  e dans l'o
+ŵ   cy  w to bach
+ŷ   cy  y to bach
+ĕĭŏĸŋŧ  en-us
+ŉ   en-us  apostrophe n
+ΐάέήίΰαβγδεζηθικλμνξοπρστυφχψωϊϋόύώ  el
+абвгдежзйклмнопрстфхцчшщъыьэюяё  ru
+и   ru  [['i:]]
+у   ru  [['u:]]
+ї   uk
+є   uk  є українська
+і   uk  і українська
+ґ   uk  ґе українська
+ў   be
+ђјљњћџ  sr
+ѓѕќ  mk
+ѐ   bg  е с ударение
+ѝ   bg  и с ударение
+END
 
 # Tones are made at the output's rate, so no resampling is needed.
 tone=(-r "$rate" -c 1 -n)
@@ -87,4 +135,4 @@ note 0.60 triangle 261.63 "$work/d3.wav"
 sox "$work/d1.wav" "$work/d2.wav" "$work/d3.wav" "${fmt[@]}" "$work/cheer2.wav"
 sox "$work/cheer2.wav" "${fmt[@]}" "$out/cheer2.wav" gain -n -1 pad 0 0.2
 
-echo "made $(( ${#letters[@]} + 4 )) sounds in $out"
+echo "made $((made + 4)) sounds in $out"

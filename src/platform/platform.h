@@ -40,9 +40,16 @@ public:
 };
 
 // Sounds play in the background; a new sound cuts off the one still playing.
+// A name is found as a file system that ignores case finds it: the file
+// named exactly so, else one whose name differs only by case ("p.wav" for
+// "P.wav"); with neither, the system's default sound plays.
 class Sound {
 public:
     virtual ~Sound() = default;
+    // Gets the sounds at paths ready to play, in the background, and lets go
+    // of those an earlier call made ready that are not among them. A play
+    // never waits for them; a sound not prepared still plays.
+    virtual void prepare(const QStringList &paths) = 0;
     virtual void play(const QString &path) = 0;
 };
 

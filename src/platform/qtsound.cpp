@@ -1,10 +1,14 @@
 #include "platform/qtsound.h"
 
+#include "platform/soundfolder.h"
+
 #include <QApplication>
 #include <QAudioDevice>
+#include <QDateTime>
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QHash>
 #include <QMediaDevices>
 #include <QMutex>
@@ -13,6 +17,7 @@
 #include <QSet>
 #include <QSoundEffect>
 #include <QThread>
+#include <QTimer>
 #include <QUrl>
 #include <QtEndian>
 
@@ -33,19 +38,12 @@ constexpr int kThreadWaitMs = 3000;
 // exit without holding its main loop's lock, and crashes (about one exit in a
 // hundred) when a message from the server is being handled at that moment.
 constexpr int kSettleMs = 100;
+// How often the sound thread looks whether files still loading have stalled.
+constexpr int kStallMs = 30;
 
 QString keyFor(const QString &path)
 {
-    QString key = QDir::cleanPath(QDir::fromNativeSeparators(path));
-#ifdef Q_OS_WIN
-    key = key.toLower(); // file names don't differ by case there
-#endif
-    return key;
-}
-
-QString folderOf(const QString &key)
-{
-    return key.left(key.lastIndexOf(QLatin1Char('/')));
+    return QDir::cleanPath(QDir::fromNativeSeparators(path));
 }
 
 // The system's default sound, made in the application's thread.
@@ -103,28 +101,60 @@ bool isWholeWaveFile(const QString &path)
 
 // The part of the player that lives in the sound thread.
 //
-// m_sounds maps a file's cleaned path to what is known of it: whether it is
-// a whole wave file, and an effect that holds its samples in Qt's cache (none
-// when there is no audio device). That effect is never played: every play
-// gets a fresh effect on the file, which finds the samples loaded, and the
-// one before it is stopped and deleted. On PulseAudio a QSoundEffect that is
-// played again opens its stream asking for the buffer granted last time,
-// which the server shrinks on every replay, until around the tenth replay
-// the sound stutters and then never starts (while the effect still reports
-// that it plays). finish() stops every effect and deletes them only when
-// none is still loading (releasing a sample while another loads can
-// deadlock in Qt's sample cache); otherwise they are left to the end of the
-// process.
+// A request's path is resolved to a file through its folder's listing
+// (m_folders, made when a folder is first met and again at each prepare);
+// m_resolved remembers the answer, empty for none. m_sounds maps a file's
+// cleaned path to what is known of it: when it last changed, whether it is a
+// whole wave file, and an effect that holds its samples in Qt's cache (none
+// when there is no audio device). That effect is never played: every play gets a fresh
+// effect on the file, which finds the samples loaded, and the one before it
+// is stopped and deleted. On PulseAudio a QSoundEffect that is played again
+// opens its stream asking for the buffer granted last time, which the server
+// shrinks on every replay, until around the tenth replay the sound stutters
+// and then never starts (while the effect still reports that it plays).
+//
+// Qt's sample cache (6.4) loads in a thread of its own that ends after its
+// last load, and can be left stopped with samples waiting: one asked for
+// just as the thread ends is never loaded, and the thread is started again
+// only for a sample it has never seen (a puzzle's letters then stay silent).
+// While anything loads, the sound thread looks every kStallMs; when no load
+// has ended since the last look, it asks for a file still loading under a
+// name never used (a query added to its address), which starts the thread.
+//
+// Releasing a sample while another loads can deadlock in Qt's sample cache,
+// so files that prepare() no longer needs, or that changed on disk, wait in
+// m_unneeded until nothing is loading; finish() likewise deletes the effects
+// only when none is still loading, and otherwise leaves them to the end of
+// the process.
 class SoundPlayer {
 public:
-    void preloadFolder(const QString &folder)
+    // context lives in the sound thread; the checks on loads run there.
+    explicit SoundPlayer(QObject *context) : m_context(context) {}
+
+    void prepare(const QStringList &paths)
     {
-        const QDir dir(folder);
-        const QStringList names =
-            dir.entryList({QStringLiteral("*.wav")}, QDir::Files | QDir::Readable, QDir::Name);
-        for (const QString &name : names)
-            soundFor(keyFor(dir.filePath(name)));
-        m_folders.insert(keyFor(dir.absolutePath()));
+        m_folders.clear();
+        m_resolved.clear();
+        QStringList files;
+        for (const QString &path : paths) {
+            const QString file = resolve(keyFor(path));
+            if (!file.isEmpty())
+                files.append(file);
+        }
+        const QSet<QString> needed(files.cbegin(), files.cend());
+        for (auto sound = m_sounds.cbegin(); sound != m_sounds.cend(); ++sound) {
+            // A file replaced since it was loaded (a teacher's new recording)
+            // is loaded again.
+            if (!needed.contains(sound.key()) || sound->stamp != stampOf(sound.key()))
+                m_unneeded.insert(sound.key());
+        }
+        // The old samples go first, while nothing loads; a file still needed
+        // that can't be let go of yet keeps its old samples.
+        releaseUnneeded();
+        m_unneeded -= needed;
+        for (const QString &file : std::as_const(files))
+            soundFor(file);
+        watchLoads();
     }
 
     // From the application's thread: the newest request not yet served
@@ -150,25 +180,42 @@ public:
     void play(const QString &key)
     {
         stopPlaying();
-        const File &sound = soundFor(key);
-        if (!sound.playable || (sound.samples && sound.samples->status() == QSoundEffect::Error)) {
+        QString file = resolve(key);
+        const File *sound = file.isEmpty() ? nullptr : &soundFor(file);
+        if (!sound || !sound->playable ||
+            (sound->samples && sound->samples->status() == QSoundEffect::Error)) {
             beep();
-        } else if (sound.samples) {
-            m_playing = makeEffect(key);
+            file.clear();
+        } else if (sound->samples) {
+            m_playing = makeEffect(file);
             m_playing->play(); // one still loading starts once it has loaded
             m_streamed = true;
         }
+        {
+            QMutexLocker lock(&m_requestMutex);
+            m_lastFile = file;
+        }
         ++handled;
+        releaseUnneeded();
+        watchLoads();
     }
 
-    bool anyLoading() const
+    // The number of effects still loading, and the file of one of them.
+    int loading(QString *file = nullptr) const
     {
-        for (const File &sound : m_sounds) {
-            if (sound.samples && sound.samples->status() == QSoundEffect::Loading)
-                return true;
+        int count = 0;
+        for (auto sound = m_sounds.cbegin(); sound != m_sounds.cend(); ++sound) {
+            if (sound->samples && sound->samples->status() == QSoundEffect::Loading) {
+                ++count;
+                if (file)
+                    *file = sound.key();
+            }
         }
-        return m_playing && m_playing->status() == QSoundEffect::Loading;
+        for (const QSoundEffect *effect : std::as_const(m_restarts))
+            count += effect->status() == QSoundEffect::Loading;
+        return count + (m_playing && m_playing->status() == QSoundEffect::Loading);
     }
+    bool anyLoading() const { return loading() > 0; }
 
     // Runs this thread's events (the effects learn there that they have
     // loaded) until nothing is loading or the deadline passes.
@@ -180,6 +227,7 @@ public:
             QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
             QThread::msleep(1);
         }
+        releaseUnneeded();
         return true;
     }
 
@@ -191,6 +239,7 @@ public:
             delete std::exchange(m_playing, nullptr);
             for (const File &sound : std::as_const(m_sounds))
                 delete sound.samples;
+            qDeleteAll(std::exchange(m_restarts, {}));
         } else {
             qWarning("Lexicove: a sound file is still loading; its sounds are left to the end "
                      "of the program");
@@ -200,10 +249,25 @@ public:
             QThread::msleep(kSettleMs);
     }
 
+    QString lastFile()
+    {
+        QMutexLocker lock(&m_requestMutex);
+        return m_lastFile;
+    }
+
     std::atomic<int> handled{0};
 
 private:
+    // When a file was last changed, and its size.
+    using Stamp = std::pair<QDateTime, qint64>;
+    static Stamp stampOf(const QString &file)
+    {
+        const QFileInfo info(file);
+        return {info.lastModified(), info.size()};
+    }
+
     struct File {
+        Stamp stamp;
         bool playable = false;           // a whole wave file
         QSoundEffect *samples = nullptr; // none without an audio device
     };
@@ -217,26 +281,83 @@ private:
         return *m_hasAudioDevice;
     }
 
-    static QSoundEffect *makeEffect(const QString &key)
+    static QSoundEffect *makeEffect(const QString &file)
     {
         auto *effect = new QSoundEffect;
         // The samples are decoded in Qt's loading thread, once per file.
-        effect->setSource(QUrl::fromLocalFile(key));
+        effect->setSource(QUrl::fromLocalFile(file));
         return effect;
     }
 
-    const File &soundFor(const QString &key)
+    // The cleaned path of the file that plays for the request key, or empty.
+    QString resolve(const QString &key)
     {
-        auto found = m_sounds.find(key);
+        const auto known = m_resolved.constFind(key);
+        if (known != m_resolved.cend())
+            return *known;
+        const QFileInfo request(key);
+        auto listed = m_folders.find(request.path());
+        if (listed == m_folders.end())
+            listed = m_folders.insert(request.path(), SoundFolder(request.path()));
+        const QString file = listed->find(request.fileName());
+        return *m_resolved.insert(key, file.isEmpty() ? file : keyFor(file));
+    }
+
+    const File &soundFor(const QString &file)
+    {
+        auto found = m_sounds.find(file);
         if (found != m_sounds.end())
             return *found;
-        // A name not seen before: looked for once and remembered either way.
-        // In a folder loaded whole it can't exist.
+        // Looked at once and remembered either way.
         File sound;
-        sound.playable = !m_folders.contains(folderOf(key)) && isWholeWaveFile(key);
+        sound.stamp = stampOf(file);
+        sound.playable = isWholeWaveFile(file);
         if (sound.playable && hasAudioDevice())
-            sound.samples = makeEffect(key);
-        return *m_sounds.insert(key, sound);
+            sound.samples = makeEffect(file);
+        return *m_sounds.insert(file, sound);
+    }
+
+    // Lets go of the samples prepare() no longer needs, and of those asked
+    // for to restart Qt's loading, once nothing loads.
+    void releaseUnneeded()
+    {
+        if ((m_unneeded.isEmpty() && m_restarts.isEmpty()) || anyLoading())
+            return;
+        for (const QString &file : std::as_const(m_unneeded))
+            delete m_sounds.take(file).samples;
+        m_unneeded.clear();
+        qDeleteAll(std::exchange(m_restarts, {}));
+    }
+
+    // Looks at the loads in kStallMs, unless a look is due already.
+    void watchLoads()
+    {
+        if (m_watching || !anyLoading())
+            return;
+        m_watching = true;
+        m_loadingAtLastLook = -1;
+        QTimer::singleShot(kStallMs, m_context, [this] { lookAtLoads(); });
+    }
+
+    void lookAtLoads()
+    {
+        m_watching = false;
+        QString file;
+        const int count = loading(&file);
+        if (count == 0) {
+            releaseUnneeded();
+            return;
+        }
+        if (count == m_loadingAtLastLook && !file.isEmpty()) {
+            QUrl again = QUrl::fromLocalFile(file);
+            again.setQuery(QStringLiteral("again=%1").arg(++m_restartCount));
+            auto *effect = new QSoundEffect;
+            effect->setSource(again);
+            m_restarts.append(effect);
+        }
+        m_loadingAtLastLook = count;
+        m_watching = true;
+        QTimer::singleShot(kStallMs, m_context, [this] { lookAtLoads(); });
     }
 
     // Stops the sound still playing, if any, and lets go of its effect; the
@@ -249,23 +370,32 @@ private:
         delete std::exchange(m_playing, nullptr);
     }
 
-    QHash<QString, File> m_sounds;
-    QSet<QString> m_folders;           // loaded whole; cleaned paths
-    QSoundEffect *m_playing = nullptr; // the effect of the last play
+    QObject *m_context;                    // in the sound thread
+    QHash<QString, SoundFolder> m_folders; // by cleaned folder path
+    QHash<QString, QString> m_resolved;    // cleaned request path -> file, or empty
+    QHash<QString, File> m_sounds;         // by the file's cleaned path
+    QSet<QString> m_unneeded;              // files of m_sounds to let go of
+    QSoundEffect *m_playing = nullptr;     // the effect of the last play
     std::optional<bool> m_hasAudioDevice;
     bool m_streamed = false; // an effect has been started on an audio device
+    bool m_watching = false; // a look at the loads is due
+    int m_loadingAtLastLook = -1;
+    QList<QSoundEffect *> m_restarts; // asked for to restart Qt's loading
+    int m_restartCount = 0;
 
-    QMutex m_requestMutex; // guards the two below
+    QMutex m_requestMutex; // guards the three below
     std::optional<QString> m_request;
     bool m_servePosted = false;
+    QString m_lastFile;
 };
 
-QtSound::QtSound() : m_player(std::make_unique<SoundPlayer>())
+QtSound::QtSound()
 {
     m_thread = new QThread;
     m_thread->setObjectName(QStringLiteral("Lexicove sound"));
     m_context = new QObject;
     m_context->moveToThread(m_thread);
+    m_player = std::make_unique<SoundPlayer>(m_context);
     m_thread->start(QThread::HighPriority);
 }
 
@@ -301,13 +431,13 @@ void QtSound::shutdown()
     m_thread = nullptr;
 }
 
-void QtSound::preloadFolder(const QString &folder)
+void QtSound::prepare(const QStringList &paths)
 {
     if (m_shutDown)
         return;
     SoundPlayer *player = m_player.get();
     QMetaObject::invokeMethod(
-        m_context, [player, folder] { player->preloadFolder(folder); }, Qt::QueuedConnection);
+        m_context, [player, paths] { player->prepare(paths); }, Qt::QueuedConnection);
 }
 
 void QtSound::play(const QString &path)
@@ -341,6 +471,11 @@ bool QtSound::waitUntilIdle(int timeoutMs)
 int QtSound::handledCount() const
 {
     return m_player ? m_player->handled.load() : 0;
+}
+
+QString QtSound::lastFile() const
+{
+    return m_player ? m_player->lastFile() : QString();
 }
 
 } // namespace lexicove

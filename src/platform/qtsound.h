@@ -18,11 +18,12 @@ class SoundPlayer;
 //
 // The calling thread only posts requests, so a key press is never held up by
 // the file or the audio device: opening an audio stream waits on the sound
-// server, and on a busy or stuck server that wait is long. The sound thread
-// loads each file once, when it is first named (preloadFolder() names every
-// sound of the program folder at start), and keeps its samples for the rest
-// of the run; each play starts a fresh effect on them, since an effect
-// played again can fall silent.
+// server, and on a busy or stuck server that wait is long. A requested name
+// is found as a file system that ignores case would find it (soundfolder.h).
+// The sound thread loads the files that prepare() names, ahead of their
+// first play, and keeps their samples until a later prepare() leaves them
+// out; each play starts a fresh effect on them, since an effect played again
+// can fall silent. A file never prepared is loaded when it is first played.
 //
 // Requests are coalesced: when several plays arrive while the sound thread is
 // busy, only the newest is played, since each would cut off the one before.
@@ -35,9 +36,9 @@ public:
     QtSound(const QtSound &) = delete;
     QtSound &operator=(const QtSound &) = delete;
 
-    // Loads every .wav file of folder, in the sound thread, ahead of its
-    // first play. Any other name in that folder is then known to be missing.
-    void preloadFolder(const QString &folder);
+    // Returns at once; the sound thread lists the folders afresh (a file
+    // added or replaced since is found) and loads the files.
+    void prepare(const QStringList &paths) override;
 
     // Returns at once; the sound starts in the sound thread.
     void play(const QString &path) override;
@@ -53,8 +54,11 @@ public:
     // handled every request posted so far and every effect has finished
     // loading, or until timeoutMs passes. Returns false on a timeout.
     bool waitUntilIdle(int timeoutMs);
-    // For the tests: how many requests the sound thread has handled.
+    // For the tests: how many requests the sound thread has handled, and the
+    // file the last one played (the one it would play without an audio
+    // device); empty when it gave the default sound.
     int handledCount() const;
+    QString lastFile() const;
 
 private:
     QThread *m_thread = nullptr;

@@ -18,6 +18,7 @@
 #include <QMenuBar>
 #include <QPointer>
 #include <QScreen>
+#include <QSet>
 #include <QStyle>
 #include <QWindow>
 
@@ -162,6 +163,7 @@ bool FrmSearch::Form_Load()
 {
     m_play.ClearFound();
     FillGridView();
+    PrepareSounds();
     // The cursor starts on the first letter; it is heard once the window is
     // active and the grid has the focus.
     flex->setCurrentCell(0, 0);
@@ -199,6 +201,23 @@ void FrmSearch::FillGridView()
             flex->setItem(r - 1, c - 1, cell);
         }
     }
+}
+
+void FrmSearch::PrepareSounds()
+{
+    QSet<QString> letters;
+    for (int r = 1; r <= flex->rowCount(); ++r)
+        for (int c = 1; c <= flex->columnCount(); ++c)
+            letters.insert(m_state.grid[r][c].trimmed());
+    QStringList paths;
+    const QString folder = m_platform.system.programFolder();
+    for (const QString &letter : std::as_const(letters)) {
+        if (!letter.isEmpty())
+            paths.append(joinPath(folder, letter + QStringLiteral(".wav")));
+    }
+    for (const QString &name : Marking::Sounds())
+        paths.append(joinPath(folder, name));
+    m_platform.sound.prepare(paths);
 }
 
 void FrmSearch::OpenAtScreenSize()

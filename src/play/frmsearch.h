@@ -80,6 +80,9 @@ private:
     // Ctrl+Plus, Ctrl+Minus, Ctrl+0: the grid at percent, kept for the next
     // games.
     void ChangeZoom(int percent);
+    // Has the sounds of the grid's letters and of the marks loaded before the
+    // first one plays.
+    void PrepareSounds();
     // Returns true when the character was one the window acts on.
     bool Form_KeyPress(int code);
     void flex_RowColChange();

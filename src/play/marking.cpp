@@ -132,6 +132,11 @@ quint32 Marking::elapsed() const
     return ElapsedSince(m_startTick, m_clock.tickCount());
 }
 
+QStringList Marking::Sounds()
+{
+    return {kSoundMark, kSoundWrong, kSoundInTime, kSoundLate};
+}
+
 QString Marking::ClosingSound() const
 {
     const bool late = m_state.timeLimit != 0 && IsPastLimit(m_state.timeLimit, elapsed());

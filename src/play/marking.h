@@ -94,6 +94,9 @@ public:
     // The sound for the last word found, by the clock now: "cheer2.wav" past
     // the time limit, else "cheer1.wav".
     QString ClosingSound() const;
+    // Every sound a mark can play: "mark.wav", "wrong.wav", "cheer1.wav" and
+    // "cheer2.wav".
+    static QStringList Sounds();
 
 private:
     const GameState &m_state;

@@ -166,13 +166,15 @@ QString PuzzleGrid::whereText() const
 
 void PuzzleGrid::currentChanged(const QModelIndex &current, const QModelIndex &previous)
 {
-    // The table's own version would tell assistive technology that the cell
-    // took the focus; the view's does the rest.
-    QAbstractItemView::currentChanged(current, previous);
+    // The letter is asked for first: scrolling the cursor into view (a
+    // tenth of a millisecond and more on a large puzzle) comes after it.
     if (current.isValid()) {
         m_tellPlace = true;
         emit cursorMoved(current.row() + 1, current.column() + 1);
     }
+    // The table's own version would tell assistive technology that the cell
+    // took the focus; the view's does the rest.
+    QAbstractItemView::currentChanged(current, previous);
 }
 
 void PuzzleGrid::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)

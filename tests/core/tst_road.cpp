@@ -4,6 +4,8 @@
 #include "keys.h"
 #include "mainmenu.h"
 
+#include <QDir>
+#include <QSet>
 #include <QTableWidget>
 #include <QtTest>
 
@@ -48,6 +50,7 @@ class TestRoad : public QObject {
 
 private slots:
     void makesAListAndPlaysIt();
+    void everyLetterOfAnyListIsHeard();
 };
 
 // A whole game by keyboard alone: a list made in the editor and saved, back to the main menu; the
@@ -116,6 +119,64 @@ void TestRoad::makesAListAndPlaysIt()
     press(Qt::Key_Escape);
     QVERIFY(game.ended());
     QVERIFY(fake.dialogs.unexpected.isEmpty());
+}
+
+// A puzzle made from a list typed in a text editor, with capitals and Polish, Greek and Cyrillic
+// words: its letters' sounds and the marks' are made ready as it opens, and every cell the cursor
+// is walked over asks for its letter's file and finds the game's sound for it: a capital, or final
+// sigma, finds the one of its lower-case letter.
+void TestRoad::everyLetterOfAnyListIsHeard()
+{
+    FakePlatform fake;
+    const QDir sounds(LEXICOVE_SOURCE_DIR "/assets/sounds");
+    fake.system.sounds = sounds.path();
+    fake.writeFile(
+        "world.wds",
+        QString("Paris\r\nŁódź\r\nΑθήνα\r\nΣπάρτη\r\nΡόδος\r\nКиїв\r\nМосква\r\n").toUtf8());
+    GameState state;
+    Game game(state, fake.platform);
+    QVERIFY(startGame(game));
+    QVERIFY(openFromMenu(game, MenuChoice::PlayPuzzle));
+    press(Qt::Key_Return);
+    QTRY_VERIFY(activeWindowNamed("frmOptions"));
+    fake.dialogs.replies = {"9", "9"};
+    press(Qt::Key_R, Qt::AltModifier);
+    press(Qt::Key_C, Qt::AltModifier);
+    QTRY_COMPARE(state.columns, qint16(9));
+    QCOMPARE(state.rows, qint16(9));
+    press(Qt::Key_O, Qt::AltModifier);
+    QTRY_VERIFY(activeWindowNamed("frmSearch"));
+    auto *flex = qobject_cast<QTableWidget *>(focused());
+    QVERIFY(flex);
+
+    QSet<QString> ready = {sounds.filePath("mark.wav"), sounds.filePath("wrong.wav"),
+                           sounds.filePath("cheer1.wav"), sounds.filePath("cheer2.wav")};
+    QString grid;
+    for (int r = 1; r <= state.rows; ++r)
+        for (int c = 1; c <= state.columns; ++c) {
+            ready.insert(sounds.filePath(state.grid[r][c] + ".wav"));
+            grid += state.grid[r][c];
+        }
+    for (const QString letter : {"P", "Ł", "ź", "Σ", "ς", "ї", "М"})
+        QVERIFY2(grid.contains(letter), qPrintable(letter + " is not in the grid"));
+    QCOMPARE(fake.sound.prepared.size(), 1);
+    QCOMPARE(QSet<QString>(fake.sound.prepared[0].cbegin(), fake.sound.prepared[0].cend()), ready);
+
+    QStringList unheard;
+    for (int r = 1; r <= state.rows; ++r)
+        for (int i = 1; i <= state.columns; ++i) {
+            const Cell cell{r, r % 2 ? i : state.columns + 1 - i};
+            fake.sound.played.clear();
+            moveTo(flex, cell);
+            if (r + i == 2) // the cursor starts there
+                continue;
+            const QString letter = state.grid[cell.first][cell.second];
+            const QStringList asked = fake.sound.names(), found = fake.sound.found();
+            if (asked != QStringList{letter + ".wav"} ||
+                found != QStringList{sounds.filePath(letter.toCaseFolded() + ".wav")})
+                unheard << letter + ": " + asked.join(' ') + " -> " + found.join(' ');
+        }
+    QVERIFY2(unheard.isEmpty(), qPrintable(unheard.join('\n')));
 }
 
 QTEST_MAIN(TestRoad)

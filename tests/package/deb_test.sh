@@ -48,7 +48,7 @@ echo "Package: $(basename "$deb")"
 } | LC_ALL=C sort >"$work/expected"
 dpkg-deb --fsys-tarfile "$deb" | tar -t | grep -v '/$' | LC_ALL=C sort >"$work/files"
 diff "$work/expected" "$work/files" || fail "the package's files differ from the list above"
-[ "$(grep -c '/sounds/' "$work/files")" -eq 74 ] || fail "the package has not the 74 sounds"
+[ "$(grep -c '/sounds/' "$work/files")" -eq 222 ] || fail "the package has not the 222 sounds"
 [ "$(grep -c '/wordlists/' "$work/files")" -eq 4 ] || fail "the package has not the 4 lists"
 dpkg-deb -c "$deb" >"$work/contents"
 grep -q '^-rwxr-xr-x root/root .* \./usr/games/lexicove$' "$work/contents" ||

@@ -5,8 +5,9 @@
 # starts it (the entry's Exec line, no terminal, / as its current folder, a
 # new player's empty home) on a virtual X display. Checks that the main menu
 # appears, the starter lists are copied into the player's data folder byte
-# for byte, the game opens its letter sounds from the installed data folder,
-# nothing in the install changes, and Escape ends the game cleanly.
+# for byte, a puzzle played from the first list opens its letter and mark
+# sounds from the installed data folder, nothing in the install changes, and
+# Escape ends the game cleanly.
 # Exit code 77 (skipped) where a tool it needs is not installed.
 #
 #   usage: install_test.sh <build folder> <source folder> <application id>
@@ -74,12 +75,31 @@ lists=$work/home/.local/share/Lexicove
 for list in "$source_dir"/assets/wordlists/*.wds; do
     cmp "$list" "$lists/$(basename "$list")" || fail "starter list $(basename "$list") not copied"
 done
+# Play a Puzzle, the first list, OK: the puzzle window loads its sounds.
+xdotool windowfocus --sync "$window" key Return
+chooser=$(timeout 10 xdotool search --sync --name '^Lexicove - Select Word List$' | head -n1)
+[ -n "$chooser" ] || fail "Play a Puzzle did not open the word list chooser"
+xdotool windowfocus --sync "$chooser" key Return
+options=$(timeout 10 xdotool search --sync --name '^Lexicove - Set Options$' | head -n1)
+[ -n "$options" ] || fail "the chooser did not open the options window"
+xdotool windowfocus --sync "$options" key alt+o
+puzzle=$(timeout 10 xdotool search --sync --onlyvisible --name '^Lexicove$' | head -n1)
+[ -n "$puzzle" ] || fail "the options window did not open the puzzle"
+letters() { grep -vx -e mark.wav -e wrong.wav -e cheer1.wav -e cheer2.wav "$work/opened" |
+            grep -q '\.wav$'; }
 for _ in $(seq 100); do
-    grep -qx a.wav "$work/opened" && break
+    grep -qx mark.wav "$work/opened" && letters && break
     sleep 0.1
 done
-grep -qx a.wav "$work/opened" || fail "the game never opened $sounds/a.wav"
-
+grep -qx mark.wav "$work/opened" || fail "the puzzle never opened $sounds/mark.wav"
+letters || fail "the puzzle never opened a letter sound in $sounds"
+# Escape, Yes: back to the main menu, where Escape ends the game.
+xdotool windowfocus --sync "$puzzle" key Escape
+question=$(timeout 10 xdotool search --sync --onlyvisible --name '^Confirmation$' | head -n1)
+[ -n "$question" ] || fail "Escape in the puzzle did not ask to leave it"
+xdotool windowfocus --sync "$question" key Return
+timeout 10 bash -c "until xdotool search --onlyvisible --name '^Lexicove - Select Option\$' \
+    >/dev/null; do sleep 0.1; done" || fail "Yes to the exit question did not bring the menu back"
 xdotool windowfocus --sync "$window" key Escape
 for _ in $(seq 100); do
     kill -0 $game_pid 2>/dev/null || break

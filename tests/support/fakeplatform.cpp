@@ -1,5 +1,7 @@
 #include "fakeplatform.h"
 
+#include "platform/soundfolder.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -75,6 +77,14 @@ QStringList FakeSound::names() const
     QStringList list;
     for (const QString &path : played)
         list.append(QFileInfo(path).fileName());
+    return list;
+}
+
+QStringList FakeSound::found() const
+{
+    QStringList list;
+    for (const QString &path : played)
+        list.append(FindSoundFile(path));
     return list;
 }
 

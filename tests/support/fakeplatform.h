@@ -55,10 +55,16 @@ public:
 
 class FakeSound final : public Sound {
 public:
+    void prepare(const QStringList &paths) override { prepared.append(paths); }
     void play(const QString &path) override { played.append(path); }
     // The file names (without folder) of the sounds played, in order.
     QStringList names() const;
+    // The file each sound played is found in by the real player's lookup,
+    // in order; empty for the system's default sound.
+    QStringList found() const;
     QStringList played;
+    // The paths of each prepare, in order.
+    QList<QStringList> prepared;
 };
 
 // Time stands still until the test moves it on: advance() runs the delayed
@@ -98,12 +104,13 @@ private:
 class FakeSystemInfo final : public SystemInfo {
 public:
     QString systemDirectory() override { return systemDir; }
-    QString programFolder() override { return folder; }
+    QString programFolder() override { return sounds.isEmpty() ? folder : sounds; }
     QString wordListFolder() override { return folder; }
     bool screenReaderRunning() override { return screenReader; }
     QString systemDir = QStringLiteral("/usr/lib");
     bool screenReader = true;
     QString folder;
+    QString sounds; // the program folder, where the sounds lie, when not folder
 };
 
 // Real files, with failures injected by path.
