@@ -204,4 +204,20 @@ QByteArray FakePlatform::readFile(const QString &name) const
     return file.readAll();
 }
 
+QString feel(const BrailleCells &cells)
+{
+    QString felt;
+    for (qsizetype i = 0; i < cells.text.size(); ++i) {
+        felt += cells.text.at(i);
+        if (i + 1 == cells.cursor)
+            felt += u'^';
+        const auto dots = static_cast<quint8>(i < cells.dots.size() ? cells.dots.at(i) : 0);
+        if (dots & BrailleCells::kDot7)
+            felt += u'7';
+        if (dots & BrailleCells::kDot8)
+            felt += u'8';
+    }
+    return felt;
+}
+
 } // namespace lexicove::test

@@ -6,6 +6,7 @@
 // are real files in a temporary folder with failures that can be injected.
 
 #include "fakeprinter.h"
+#include "platform/brailledisplay.h"
 #include "platform/platform.h"
 #include "platform/qtplatform.h"
 
@@ -143,6 +144,10 @@ private:
     QString m_path;
     std::unique_ptr<QtSettings> m_real;
 };
+
+// Braille cells as a test writes them: each letter, then "^" on the cursor,
+// "7" or "8" for an added dot.
+QString feel(const BrailleCells &cells);
 
 // A whole platform around one temporary folder that serves as the program
 // folder and the word list folder.
