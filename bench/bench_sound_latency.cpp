@@ -31,6 +31,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <memory>
 #include <vector>
 
 namespace {
@@ -113,8 +114,10 @@ struct Rig {
     lexicove::QtFileDialogs fileDialogs;
     // Never written: the puzzle is drawn at its usual size.
     lexicove::QtSettings settings{QDir::temp().filePath(QStringLiteral("lexicove-bench.ini"))};
-    lexicove::Platform platform{dialogs, timed, clock,       random,
-                                system,  files, fileDialogs, settings};
+    // The game's own: with no braille service running, as good as none.
+    std::unique_ptr<lexicove::BrailleDisplay> braille = lexicove::MakeSystemBrailleDisplay();
+    lexicove::Platform platform{dialogs, timed,       clock,    random,  system,
+                                files,   fileDialogs, settings, *braille};
     StayNavigator navigator;
     GameState state;
 };

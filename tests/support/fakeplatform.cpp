@@ -220,4 +220,31 @@ QString feel(const BrailleCells &cells)
     return felt;
 }
 
+void FakeBrailleDisplay::take(QWidget *, Events events)
+{
+    m_events = std::move(events);
+    held = true;
+    if (width > 0 && m_events.ready)
+        m_events.ready(width);
+}
+
+void FakeBrailleDisplay::show(const BrailleCells &shown)
+{
+    if (held)
+        cells.append(shown);
+}
+
+void FakeBrailleDisplay::release()
+{
+    held = false;
+    m_events = {};
+}
+
+void FakeBrailleDisplay::press(Key key)
+{
+    const auto pressed = m_events.key;
+    if (held && pressed)
+        pressed(key);
+}
+
 } // namespace lexicove::test

@@ -149,6 +149,27 @@ private:
 // "7" or "8" for an added dot.
 QString feel(const BrailleCells &cells);
 
+// A braille display of `width` cells (none at 0) that records what it is
+// given; ready comes at once with each take.
+class FakeBrailleDisplay final : public BrailleDisplay {
+public:
+    void take(QWidget *, Events events) override;
+    void show(const BrailleCells &cells) override;
+    void release() override;
+    // A key of the display, which reaches the game only while it holds it.
+    void press(Key key);
+    // What the display shows now: nothing once the game has given it back.
+    BrailleCells shown() const { return held ? cells.value(cells.size() - 1) : BrailleCells(); }
+
+    int width = 40;
+    bool held = false;
+    // Every show, in order.
+    QList<BrailleCells> cells;
+
+private:
+    Events m_events;
+};
+
 // A whole platform around one temporary folder that serves as the program
 // folder and the word list folder.
 struct FakePlatform {
@@ -167,7 +188,8 @@ struct FakePlatform {
     FakeFiles files;
     FakeFileDialogs fileDialogs;
     FakeSettings settings{dir.filePath(QStringLiteral("settings.ini"))};
-    Platform platform{dialogs, sound, clock, random, system, files, fileDialogs, settings};
+    FakeBrailleDisplay braille;
+    Platform platform{dialogs, sound, clock, random, system, files, fileDialogs, settings, braille};
 };
 
 } // namespace lexicove::test

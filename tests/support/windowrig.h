@@ -11,12 +11,15 @@
 #include <QPointer>
 #include <QTest>
 
+#include <functional>
+
 namespace lexicove::test {
 
 // What a real message box does to the focus, for the scripted boxes: a
 // window of its own takes it while the box is up, and when the box closes
-// the window manager gives it back to the window below.
-inline void standInBox()
+// the window manager gives it back to the window below. whileUp runs while
+// the box has the focus.
+inline void standInBox(const std::function<void()> &whileUp = {})
 {
     QPointer<QWidget> below = QApplication::activeWindow();
     QWidget box;
@@ -24,6 +27,8 @@ inline void standInBox()
     box.show();
     box.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&box));
+    if (whileUp)
+        whileUp();
     box.hide();
     if (below) {
         below->activateWindow();
