@@ -231,7 +231,7 @@ void FakeBrailleDisplay::take(QWidget *, Events events)
 void FakeBrailleDisplay::show(const BrailleCells &shown)
 {
     if (held)
-        cells.append(shown);
+        m_shown = shown;
 }
 
 void FakeBrailleDisplay::release()

@@ -159,15 +159,14 @@ public:
     // A key of the display, which reaches the game only while it holds it.
     void press(Key key);
     // What the display shows now: nothing once the game has given it back.
-    BrailleCells shown() const { return held ? cells.value(cells.size() - 1) : BrailleCells(); }
+    BrailleCells shown() const { return held ? m_shown : BrailleCells(); }
 
     int width = 40;
     bool held = false;
-    // Every show, in order.
-    QList<BrailleCells> cells;
 
 private:
     Events m_events;
+    BrailleCells m_shown;
 };
 
 // A whole platform around one temporary folder that serves as the program

@@ -11,15 +11,12 @@
 #include <QPointer>
 #include <QTest>
 
-#include <functional>
-
 namespace lexicove::test {
 
 // What a real message box does to the focus, for the scripted boxes: a
 // window of its own takes it while the box is up, and when the box closes
-// the window manager gives it back to the window below. whileUp runs while
-// the box has the focus.
-inline void standInBox(const std::function<void()> &whileUp = {})
+// the window manager gives it back to the window below.
+inline void standInBox()
 {
     QPointer<QWidget> below = QApplication::activeWindow();
     QWidget box;
@@ -27,8 +24,6 @@ inline void standInBox(const std::function<void()> &whileUp = {})
     box.show();
     box.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&box));
-    if (whileUp)
-        whileUp();
     box.hide();
     if (below) {
         below->activateWindow();
