@@ -19,7 +19,14 @@
 // quick moves, per move: median_us, p99_us and max_us. BM_PlayRequest: the
 // play request alone.
 //
+// With a braille display (bench/measure_braille.sh starts brltty of its own
+// on a pretend display and says where in LEXICOVE_VR_SOCKET), the game's own
+// braille display is attached to brltty's, and a second measure runs: from
+// the arrow key to the new row arriving at the pretend display, through the
+// game's braille thread and brltty.
+//
 //   [tests/platform/with_pulse.sh] build/bench/bench_sound_latency [--benchmark_repetitions=N]
+//   bench/measure_braille.sh build [--benchmark_repetitions=N]
 
 #include "core/gamestate.h"
 #include "core/navigator.h"
@@ -27,11 +34,13 @@
 #include "platform/qtplatform.h"
 #include "play/frmlist.h"
 #include "play/frmsearch.h"
+#include "pretenddisplay.h"
 
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
 #include <QAudioDevice>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -43,6 +52,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <memory>
 #include <vector>
 
 #ifdef Q_OS_LINUX
@@ -57,6 +67,8 @@ using lexicove::GameState;
 constexpr int kSide = 50;
 constexpr int kLetters = 100;
 constexpr int kBurst = 200;
+// The pretend braille display's width.
+constexpr int kDisplayCells = 40;
 
 // The game's sounds: the build copies them beside the executable; from a
 // bench folder they are found in the source tree they are copied from.
@@ -131,8 +143,13 @@ struct Rig {
     lexicove::QtFileDialogs fileDialogs;
     // Never written: the puzzle is drawn at its usual size.
     lexicove::QtSettings settings{QDir::temp().filePath(QStringLiteral("lexicove-bench.ini"))};
-    lexicove::Platform platform{dialogs, timed, clock,       random,
-                                system,  files, fileDialogs, settings};
+    // The game's own: with no braille service running, as good as none.
+    std::unique_ptr<lexicove::BrailleDisplay> braille = lexicove::MakeSystemBrailleDisplay();
+    // The display brltty shows the game's cells on, when there is one.
+    lexicove::test::PretendDisplay display;
+    bool displayAttached = false;
+    lexicove::Platform platform{dialogs, timed,       clock,    random,  system,
+                                files,   fileDialogs, settings, *braille};
     StayNavigator navigator;
     GameState state;
 };
@@ -256,8 +273,15 @@ void BM_OpenPuzzle(benchmark::State &state)
 }
 BENCHMARK(BM_OpenPuzzle)->Iterations(20)->UseManualTime()->Unit(benchmark::kMillisecond);
 
-void BM_KeyToSoundRequest(benchmark::State &state)
+// What a move is timed to.
+enum class Until { SoundRequest, BrailleRow };
+
+void TimeMoves(benchmark::State &state, Until until)
 {
+    if (until == Until::BrailleRow && !rig->displayAttached) {
+        state.SkipWithError("no braille display: run bench/measure_braille.sh");
+        return;
+    }
     fillPuzzle(rig->state, shippedLetters(rig->system.programFolder()), 0);
     lexicove::FrmSearch window(rig->state, rig->platform, rig->navigator);
     window.Form_Load();
@@ -271,15 +295,34 @@ void BM_KeyToSoundRequest(benchmark::State &state)
     rig->sound.waitUntilIdle(5000);
     QElapsedTimer shown;
     shown.start();
-    while (shown.elapsed() < 200)
+    while (shown.elapsed() < 200) {
         QCoreApplication::processEvents();
+        rig->display.read();
+    }
+    if (rig->displayAttached && rig->display.shown().cursor != 1) {
+        state.SkipWithError("the puzzle's row never reached the braille display");
+        return;
+    }
 
+    // The display shows the cursor's row from its page's first column, the
+    // cursor on its cell.
+    const auto rowArrived = [&] {
+        const int row = grid->currentRow() + 1;
+        const int column = grid->currentColumn() + 1;
+        const int first = (column - 1) / kDisplayCells * kDisplayCells + 1;
+        QString page;
+        for (int c = first; c < first + kDisplayCells && c <= rig->state.columns; ++c)
+            page += rig->state.grid[row][c];
+        const lexicove::BrailleCells shown = rig->display.shown();
+        return shown.cursor == column - first + 1 && shown.text == page.toLower();
+    };
     const std::vector<Qt::Key> keys = snake();
     std::vector<double> micros;
     micros.reserve(static_cast<size_t>(state.max_iterations) * kBurst);
     for (auto _ : state) {
         grid->setCurrentCell(0, 0);
         QCoreApplication::processEvents();
+        rig->display.read(20);
         double burst = 0;
         for (const Qt::Key key : keys) {
             const int before = rig->timed.plays;
@@ -290,20 +333,47 @@ void BM_KeyToSoundRequest(benchmark::State &state)
                 state.SkipWithError("a move did not ask for exactly one sound");
                 return;
             }
-            const double took =
-                std::chrono::duration<double, std::micro>(rig->timed.returned - start).count();
+            Clock::time_point end = rig->timed.returned;
+            if (until == Until::BrailleRow) {
+                // brltty may show two quick writes as one: wait for this
+                // move's cells, not for any.
+                const QDeadlineTimer deadline(100);
+                while (!rowArrived()) {
+                    if (deadline.hasExpired()) {
+                        state.SkipWithError("a move's row did not reach the braille display");
+                        return;
+                    }
+                    rig->display.read(1);
+                }
+                end = Clock::now();
+            }
+            const double took = std::chrono::duration<double, std::micro>(end - start).count();
             micros.push_back(took);
             burst += took;
             QKeyEvent release(QEvent::KeyRelease, key, Qt::NoModifier);
             QApplication::sendEvent(grid, &release);
-            // The rest of the event loop's turn (painting), outside the timing.
+            // The rest of the event loop's turn (painting), and what brltty
+            // has shown meanwhile, outside the timing.
             QCoreApplication::processEvents();
+            rig->display.read();
         }
         state.SetIterationTime(burst / 1e6);
     }
     report(state, micros);
 }
+
+void BM_KeyToSoundRequest(benchmark::State &state)
+{
+    TimeMoves(state, Until::SoundRequest);
+    state.SetLabel(rig->displayAttached ? "braille display attached" : "no braille display");
+}
 BENCHMARK(BM_KeyToSoundRequest)->Iterations(20)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+void BM_KeyToBrailleRow(benchmark::State &state)
+{
+    TimeMoves(state, Until::BrailleRow);
+}
+BENCHMARK(BM_KeyToBrailleRow)->Iterations(20)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 // The play request alone, letters in turn, for comparison.
 void BM_PlayRequest(benchmark::State &state)
@@ -348,6 +418,11 @@ int main(int argc, char **argv)
             std::fprintf(stderr, "bench_sound_latency: the game's sounds were not found\n");
             return 1;
         }
+        const QString socket = qEnvironmentVariable("LEXICOVE_VR_SOCKET");
+        bench.displayAttached = !socket.isEmpty() && bench.display.open(socket, kDisplayCells);
+        if (!socket.isEmpty() && !bench.displayAttached)
+            std::fprintf(stderr, "bench_sound_latency: no pretend display at %s\n",
+                         qPrintable(socket));
         benchmark::RunSpecifiedBenchmarks();
         bench.sound.shutdown();
         rig = nullptr;

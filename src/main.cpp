@@ -5,6 +5,8 @@
 
 #include <QApplication>
 
+#include <memory>
+
 int main(int argc, char *argv[])
 {
     QApplication app(argc, argv);
@@ -23,8 +25,10 @@ int main(int argc, char *argv[])
     lexicove::QtFiles files;
     lexicove::QtFileDialogs fileDialogs;
     lexicove::QtSettings settings;
-    lexicove::Platform platform{dialogs, sound, clock,       random,
-                                system,  files, fileDialogs, settings};
+    // Nothing is asked of the braille service until a puzzle is played.
+    const std::unique_ptr<lexicove::BrailleDisplay> braille = lexicove::MakeSystemBrailleDisplay();
+    lexicove::Platform platform{dialogs, sound,       clock,    random,  system,
+                                files,   fileDialogs, settings, *braille};
     // A new player finds their word list folder, with the starter lists in
     // it, from the first start on.
     system.wordListFolder();

@@ -16,12 +16,15 @@ build=${LEXICOVE_BUILD_DIR:-$here/build}
 check_build=${LEXICOVE_CHECK_BUILD_DIR:-$here/build-check}
 fuzz_seconds=${LEXICOVE_FUZZ_SECONDS:-60}
 
-packages=(cmake make g++ qt6-base-dev qt6-multimedia-dev libcups2-dev libbenchmark-dev
-          fonts-liberation)
+# libbrlapi-dev: braille displays through brltty.
+packages=(cmake make g++ qt6-base-dev qt6-multimedia-dev libcups2-dev libbrlapi-dev
+          libbenchmark-dev fonts-liberation)
 if [ "$mode" = test ] || [ "$mode" = check ]; then
     packages+=(xvfb openbox xdotool dbus at-spi2-core python3 python3-pyatspi)
     # A private sound server whose output the sound soak test listens to.
     packages+=(pulseaudio pulseaudio-utils)
+    # brltty of the braille test's own, on a pretend display (its service is not started).
+    packages+=(brltty)
     # A private print server with a PDF queue and a braille embosser queue.
     packages+=(cups-daemon cups-client cups-filters liblouis-bin liblouis-data poppler-utils)
     # The installed game and its package, checked.

@@ -5,6 +5,7 @@
 // double for the tests (tests/support/fakeplatform.h). Windows and logic get
 // them through their constructors; nothing reaches the system any other way.
 
+#include "platform/brailledisplay.h"
 #include "platform/printer.h"
 
 #include <QByteArray>
@@ -153,6 +154,7 @@ struct Platform {
     Files &files;
     FileDialogs &fileDialogs;
     Settings &settings;
+    BrailleDisplay &braille;
 };
 
 // Joins a folder and a file name with the platform's separator.

@@ -63,6 +63,12 @@ ZoomChange ZoomChangeOf(const QKeyEvent &key)
     }
 }
 
+// Ctrl+L, the braille status: the L of "location".
+bool IsBrailleStatusKey(const QKeyEvent &key)
+{
+    return key.key() == Qt::Key_L && (key.modifiers() & ~Qt::KeypadModifier) == Qt::ControlModifier;
+}
+
 // The step the change leads to from percent; percent itself when there is
 // none further that way.
 int ZoomAfter(int percent, ZoomChange change)
@@ -112,7 +118,11 @@ FrmSearch::FrmSearch(GameState &state, Platform &platform, Navigator &navigator)
     flex->installEventFilter(this);
     setCentralWidget(flex);
     connect(flex, &PuzzleGrid::focusEntered, this, &FrmSearch::ReplayLetterSoon);
-    connect(flex, &PuzzleGrid::focusLeft, this, [this] { ++m_gridEvents; });
+    connect(flex, &PuzzleGrid::focusEntered, this, &FrmSearch::TakeBraille);
+    connect(flex, &PuzzleGrid::focusLeft, this, [this] {
+        ++m_gridEvents;
+        ReleaseBraille();
+    });
     flex->setMarksSource([this](int row, int column) {
         const std::optional<GridCell> pending = m_play.pendingMark();
         return PuzzleGrid::CellMarks{m_play.isFound(row, column),
@@ -128,6 +138,7 @@ FrmSearch::~FrmSearch()
     // focus on the way out: nothing of it may reach a window that is gone.
     flex->removeEventFilter(this);
     disconnect(flex, nullptr, this, nullptr);
+    ReleaseBraille();
 }
 
 void FrmSearch::BuildMenu()
@@ -326,6 +337,10 @@ bool FrmSearch::eventFilter(QObject *watched, QEvent *event)
             ChangeZoom(ZoomAfter(flex->zoom(), change));
             return true;
         }
+        if (IsBrailleStatusKey(*key)) {
+            ShowStatusOnBraille();
+            return true;
+        }
         int code = -1;
         if (key->key() == Qt::Key_Escape)
             code = static_cast<int>(KeyCode::Escape);
@@ -356,6 +371,7 @@ void FrmSearch::flex_RowColChange()
 {
     ++m_gridEvents;
     PlayCurrentLetter();
+    ShowRowOnBraille(true);
 }
 
 void FrmSearch::PlayCurrentLetter()
@@ -380,6 +396,82 @@ void FrmSearch::ReplayLetterSoon()
     });
 }
 
+void FrmSearch::TakeBraille()
+{
+    m_brailleTaken = true;
+    m_brailleReady = false;
+    BrailleDisplay::Events events;
+    events.ready = [this](int width) {
+        m_brailleReady = true;
+        m_braille.setWidth(width);
+        ShowRowOnBraille(true);
+    };
+    events.key = [this](BrailleDisplay::Key key) { BrailleKeyPressed(key); };
+    m_platform.braille.take(this, std::move(events));
+}
+
+void FrmSearch::ReleaseBraille()
+{
+    // Only this window's hold: the next puzzle's window may have taken the
+    // display before this one is gone.
+    if (!m_brailleTaken)
+        return;
+    m_brailleTaken = false;
+    m_brailleReady = false;
+    m_platform.braille.release();
+}
+
+void FrmSearch::ShowRowOnBraille(bool follow)
+{
+    const int row = flex->currentRow() + 1;
+    const int column = flex->currentColumn() + 1;
+    if (!m_brailleReady || row < 1 || column < 1)
+        return;
+    ++m_brailleShows;
+    if (follow)
+        m_braille.follow(column);
+    m_platform.braille.show(m_braille.cells(RowOnBraille(m_state, m_play, row), column));
+}
+
+void FrmSearch::ShowStatusOnBraille()
+{
+    if (!m_brailleReady)
+        return;
+    BrailleCells status;
+    status.text = BraillePresenter::status(flex->currentRow() + 1, flex->currentColumn() + 1,
+                                           m_state.wordCount - m_play.wordsRemaining(),
+                                           m_state.wordCount, m_braille.width());
+    status.dots.fill('\0', status.text.size());
+    const quint64 shown = ++m_brailleShows;
+    m_platform.braille.show(status);
+    m_platform.clock.callAfter(kBrailleStatusMs, this, [this, shown] {
+        if (shown == m_brailleShows)
+            ShowRowOnBraille(false);
+    });
+}
+
+void FrmSearch::BrailleKeyPressed(BrailleDisplay::Key key)
+{
+    switch (key.kind) {
+    case BrailleDisplay::KeyKind::Route:
+        // Exactly a move: the letter plays and the display follows.
+        if (const int column = m_braille.route(key.cell, flex->columnCount());
+            column > 0 && column != flex->currentColumn() + 1) {
+            flex->setCurrentCell(flex->currentRow(), column - 1);
+            return;
+        }
+        break;
+    case BrailleDisplay::KeyKind::PanLeft:
+        m_braille.pan(BraillePresenter::Pan::Left, flex->columnCount());
+        break;
+    case BrailleDisplay::KeyKind::PanRight:
+        m_braille.pan(BraillePresenter::Pan::Right, flex->columnCount());
+        break;
+    }
+    // The row again, in place of a status.
+    ShowRowOnBraille(false);
+}
+
 void FrmSearch::MarkLetter()
 {
     const int row = flex->currentRow();
@@ -387,8 +479,9 @@ void FrmSearch::MarkLetter()
     if (row < 0 || column < 0)
         return;
     const Replies replies = m_play.MarkLetter(row + 1, column + 1);
-    // Seen behind the message that tells the find.
+    // Seen (and felt) behind the message that tells the find.
     flex->showMarks();
+    ShowRowOnBraille(false);
     Perform(replies);
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "platform/brailledisplay.h"
 #include "platform/printer.h"
+#include "play/braillepresenter.h"
 #include "play/marking.h"
 #include "play/puzzlegrid.h"
 
@@ -24,9 +26,18 @@ class Navigator;
 // grid gets the focus (the window opening, coming back after a message, the
 // words list or a command) the letter under the cursor plays again, once a
 // screen reader has had time to announce the window.
+//
+// While the grid has the focus, a braille display (where there is one) shows
+// the cursor's row, after each move's letter sound is asked for; its routing
+// keys move the cursor, its pan keys turn the row's pages, and Ctrl+L shows
+// the cursor's place and the words found for a few seconds. Any other focus
+// gives the display back to the screen reader.
 class FrmSearch final : public QMainWindow {
     Q_OBJECT
 public:
+    // How long Ctrl+L's place and progress stay on a braille display.
+    static constexpr int kBrailleStatusMs = 5000;
+
     // How long after the grid gets the focus its letter plays. A screen
     // reader first announces the window and the grid, and a letter under
     // that speech is hard to make out: with Orca 43 at its default settings
@@ -90,6 +101,13 @@ private:
     // unless the cursor moves or the grid loses the focus meanwhile.
     void ReplayLetterSoon();
     void PlayCurrentLetter();
+    // The braille display while the grid has the focus.
+    void TakeBraille();
+    void ReleaseBraille();
+    // The cursor's row on the display; follow turns to the cursor's page.
+    void ShowRowOnBraille(bool follow);
+    void ShowStatusOnBraille();
+    void BrailleKeyPressed(BrailleDisplay::Key key);
     void MarkLetter();
     void Perform(const Replies &replies);
     void PlaySound(const QString &name);
@@ -113,6 +131,13 @@ private:
     // Counts the moves and focus changes of the grid; a replay waiting for
     // an older count is dropped.
     quint64 m_gridEvents = 0;
+    BraillePresenter m_braille;
+    // The display is the grid's (taken), and its width known (ready).
+    bool m_brailleTaken = false;
+    bool m_brailleReady = false;
+    // Counts what the display was given; a status waiting to give way to the
+    // row for an older count is dropped.
+    quint64 m_brailleShows = 0;
 
     PuzzleGrid *flex;
     QMenu *mnuPuzzle;

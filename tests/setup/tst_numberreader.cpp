@@ -31,9 +31,8 @@ private slots:
                 .split(u';');
         for (const QString &text : cases) {
             const QStringList c = text.split(u'|');
-            const std::optional<qint64> expected =
-                c[1] == "none" ? std::nullopt : std::optional(c[1].toLongLong());
-            QVERIFY2(ReadReplyNumber(c[0]) == expected, qPrintable(text));
+            const std::optional<qint64> got = ReadReplyNumber(c[0]);
+            QVERIFY2(c[1] == "none" ? !got : got && *got == c[1].toLongLong(), qPrintable(text));
         }
     }
 };

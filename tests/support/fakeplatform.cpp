@@ -214,4 +214,47 @@ QByteArray FakePlatform::readFile(const QString &name) const
     return file.readAll();
 }
 
+QString feel(const BrailleCells &cells)
+{
+    QString felt;
+    for (qsizetype i = 0; i < cells.text.size(); ++i) {
+        felt += cells.text.at(i);
+        if (i + 1 == cells.cursor)
+            felt += u'^';
+        const auto dots = static_cast<quint8>(i < cells.dots.size() ? cells.dots.at(i) : 0);
+        if (dots & BrailleCells::kDot7)
+            felt += u'7';
+        if (dots & BrailleCells::kDot8)
+            felt += u'8';
+    }
+    return felt;
+}
+
+void FakeBrailleDisplay::take(QWidget *, Events events)
+{
+    m_events = std::move(events);
+    held = true;
+    if (width > 0 && m_events.ready)
+        m_events.ready(width);
+}
+
+void FakeBrailleDisplay::show(const BrailleCells &shown)
+{
+    if (held)
+        m_shown = shown;
+}
+
+void FakeBrailleDisplay::release()
+{
+    held = false;
+    m_events = {};
+}
+
+void FakeBrailleDisplay::press(Key key)
+{
+    const auto pressed = m_events.key;
+    if (held && pressed)
+        pressed(key);
+}
+
 } // namespace lexicove::test

@@ -6,6 +6,7 @@
 // are real files in a temporary folder with failures that can be injected.
 
 #include "fakeprinter.h"
+#include "platform/brailledisplay.h"
 #include "platform/platform.h"
 #include "platform/qtplatform.h"
 
@@ -151,6 +152,30 @@ private:
     std::unique_ptr<QtSettings> m_real;
 };
 
+// Braille cells as a test writes them: each letter, then "^" on the cursor,
+// "7" or "8" for an added dot.
+QString feel(const BrailleCells &cells);
+
+// A braille display of `width` cells (none at 0) that records what it is
+// given; ready comes at once with each take.
+class FakeBrailleDisplay final : public BrailleDisplay {
+public:
+    void take(QWidget *, Events events) override;
+    void show(const BrailleCells &cells) override;
+    void release() override;
+    // A key of the display, which reaches the game only while it holds it.
+    void press(Key key);
+    // What the display shows now: nothing once the game has given it back.
+    BrailleCells shown() const { return held ? m_shown : BrailleCells(); }
+
+    int width = 40;
+    bool held = false;
+
+private:
+    Events m_events;
+    BrailleCells m_shown;
+};
+
 // A whole platform around one temporary folder that serves as the program
 // folder and the word list folder.
 struct FakePlatform {
@@ -169,7 +194,8 @@ struct FakePlatform {
     FakeFiles files;
     FakeFileDialogs fileDialogs;
     FakeSettings settings{dir.filePath(QStringLiteral("settings.ini"))};
-    Platform platform{dialogs, sound, clock, random, system, files, fileDialogs, settings};
+    FakeBrailleDisplay braille;
+    Platform platform{dialogs, sound, clock, random, system, files, fileDialogs, settings, braille};
 };
 
 } // namespace lexicove::test
