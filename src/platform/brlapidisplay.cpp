@@ -140,9 +140,10 @@ private:
         // The display's width now and whenever it changes: a display
         // plugged in, or brltty's driver coming up after the game.
         brlapi_param_displaySize_t size{};
-        if (!brlapi__watchParameter(handle.get(), BRLAPI_PARAM_DISPLAY_SIZE, 0,
-                                    BRLAPI_PARAMF_GLOBAL, &BrlapiLink::SizeChanged, this, &size,
-                                    sizeof size)) {
+        m_sizeWatch = brlapi__watchParameter(handle.get(), BRLAPI_PARAM_DISPLAY_SIZE, 0,
+                                             BRLAPI_PARAMF_GLOBAL, &BrlapiLink::SizeChanged, this,
+                                             &size, sizeof size);
+        if (!m_sizeWatch) {
             brlapi__closeConnection(handle.get());
             return false;
         }
@@ -177,6 +178,11 @@ private:
         // connection already cut loose can't be asked anything.
         if (m_holding && !cut)
             GiveBack();
+        // libbrlapi keeps a watch's record until it is unwatched, even past
+        // the connection's end; unwatching asks brltty, so not once cut.
+        if (!cut)
+            brlapi__unwatchParameter(m_handle.get(), m_sizeWatch);
+        m_sizeWatch = nullptr;
         brlapi__closeConnection(m_handle.get());
         m_handle.reset();
         m_tty = -1;
@@ -305,6 +311,7 @@ private:
 
     std::shared_ptr<BrlapiMailbox> m_mailbox;
     Handle m_handle{nullptr, &std::free};
+    brlapi_paramCallbackDescriptor_t m_sizeWatch = nullptr;
     QSocketNotifier *m_notifier = nullptr;
     int m_tty = -1;
     int m_width = 0;
