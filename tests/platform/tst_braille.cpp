@@ -88,8 +88,6 @@ struct BrailleRig {
     FakeNavigator navigator;
     QPointer<FrmSearch> window;
 
-    BrailleRig(const BrailleRig &) = delete;
-    BrailleRig() = default;
     ~BrailleRig()
     {
         delete window.data();
@@ -111,16 +109,16 @@ struct BrailleRig {
 };
 
 // What the cursor's row should feel like with the cursor on (row, column), from 1: its page of
-// kCells letters, the cursor on its cell, found columns with dot 8.
-QString rowFelt(const QStringList &rows, int row, int column, const QList<int> &found = {})
+// kCells letters, the cursor on its cell, columns foundFrom to foundTo with dot 8.
+QString rowFelt(int row, int column, int foundFrom = 0, int foundTo = -1)
 {
     BrailleCells cells;
     const int first = (column - 1) / kCells * kCells;
-    cells.text = rows[row - 1].mid(first, kCells);
+    cells.text = kRows[row - 1].mid(first, kCells);
     cells.cursor = column - first;
     cells.dots.fill('\0', cells.text.size());
-    for (const int c : found)
-        if (c > first && c <= first + cells.text.size() && c != column)
+    for (int c = std::max(foundFrom, first + 1); c <= std::min(foundTo, first + kCells); ++c)
+        if (c != column)
             cells.dots[c - first - 1] = static_cast<char>(BrailleCells::kDot8);
     return feel(cells);
 }
@@ -155,6 +153,10 @@ private:
         m_display.press(key);
         return m_display.waitUntil([&] { return !(m_display.shown() == before); }, 2000);
     }
+    bool screenReaderHasIt()
+    {
+        return m_display.waitUntil([&] { return m_display.shown().text == kScreenReaderSays; });
+    }
     bool displayFeels(const QString &felt)
     {
         return m_display.waitUntil([&] { return feel(m_display.shown()) == felt; });
@@ -178,16 +180,14 @@ void TestBraille::initTestCase()
 #else
     QVERIFY(m_display.open(socket, kCells));
     QVERIFY(m_screenReader.open());
-    QVERIFY2(m_display.waitUntil([&] { return m_display.shown().text == kScreenReaderSays; }),
-             qPrintable(feel(m_display.shown())));
+    QVERIFY2(screenReaderHasIt(), qPrintable(feel(m_display.shown())));
 #endif
 }
 
 void TestBraille::closeBoxes(int count)
 {
     whenModal([this, count](QWidget *box) {
-        const bool gaveWay =
-            m_display.waitUntil([&] { return m_display.shown().text == kScreenReaderSays; });
+        const bool gaveWay = screenReaderHasIt();
         const auto *message = qobject_cast<QMessageBox *>(box);
         m_boxes << (message ? message->text() : QStringLiteral("?")) +
                        (gaveWay ? QString() : QStringLiteral(" (display not given back)"));
@@ -227,20 +227,19 @@ void TestBraille::withoutAServiceNothingChanges()
 void TestBraille::aWholePuzzleFromTheDisplay()
 {
     BrailleRig rig;
-    const QStringList &rows = kRows;
-    QVERIFY(rig.open(rows, {"braille", "grid"}));
-    QVERIFY_FELT(rowFelt(rows, 1, 1));
+    QVERIFY(rig.open(kRows, {"braille", "grid"}));
+    QVERIFY_FELT(rowFelt(1, 1));
     const QKeyCombination moves[] = {
         Qt::Key_Right,          Qt::Key_Down, Qt::Key_End,    Qt::Key_Left, Qt::Key_Home,
         Qt::Key_PageDown,       Qt::Key_Up,   Qt::Key_PageUp, Qt::Key_End,  Qt::CTRL | Qt::Key_End,
         Qt::CTRL | Qt::Key_Home};
     for (const QKeyCombination move : moves) {
         press(move.key(), move.keyboardModifiers());
-        QVERIFY_FELT(rowFelt(rows, rig.grid()->currentRow() + 1, rig.grid()->currentColumn() + 1));
+        QVERIFY_FELT(rowFelt(rig.grid()->currentRow() + 1, rig.grid()->currentColumn() + 1));
     }
     closeBoxes(1);
     press(Qt::Key_T, Qt::ControlModifier);
-    QVERIFY_FELT(rowFelt(rows, 1, 1));
+    QVERIFY_FELT(rowFelt(1, 1));
 
     int page = 0; // the page the display shows, as the player counts the pan keys
     const auto routeTo = [&](const QString &row, int column) {
@@ -260,27 +259,24 @@ void TestBraille::aWholePuzzleFromTheDisplay()
     for (const auto &word : words) {
         while (rig.grid()->currentRow() + 1 < word.row)
             press(Qt::Key_Down);
-        QVERIFY_FELT(rowFelt(rows, word.row, column));
-        routeTo(rows[word.row - 1], word.first);
+        QVERIFY_FELT(rowFelt(word.row, column));
+        routeTo(kRows[word.row - 1], word.first);
         press(Qt::Key_Space);
-        routeTo(rows[word.row - 1], word.last);
+        routeTo(kRows[word.row - 1], word.last);
         if ((word.first - 1) / kCells == page)
             QCOMPARE(static_cast<quint8>(m_display.shown().dots.at((word.first - 1) % kCells)),
                      BrailleCells::kDot7);
         closeBoxes(++foundWords == 2 ? 2 : 1);
         press(Qt::Key_Space);
-        QList<int> found;
-        for (int c = word.first; c <= word.last; ++c)
-            found << c;
         column = word.last;
-        QVERIFY_FELT(rowFelt(rows, word.row, column, found));
+        QVERIFY_FELT(rowFelt(word.row, column, word.first, word.last));
         press(Qt::Key_L, Qt::ControlModifier);
         QVERIFY_FELT(
             QStringLiteral("r%1 c%2 %3 of 2 words").arg(word.row).arg(column).arg(foundWords));
     }
     closeBoxes(1);
     rig.window->close();
-    QVERIFY(m_display.waitUntil([&] { return m_display.shown().text == kScreenReaderSays; }));
+    QVERIFY(screenReaderHasIt());
     QCOMPARE(m_boxes, (QStringList{
                           "You have as much time as necessary to complete this puzzle.",
                           "Correct! You found the word braille!",
