@@ -31,20 +31,11 @@ namespace {
 constexpr int kCells = 40;
 const QString kScreenReaderSays = QStringLiteral("screen reader");
 
-// 4 rows of 50 letters; "braille" lies across the first page's edge in row 2, "grid" backwards
-// in row 4.
-QStringList puzzleRows()
-{
-    QStringList rows;
-    for (int r = 0; r < 4; ++r) {
-        rows.append(QString());
-        for (int c = 0; c < 50; ++c)
-            rows.last() += QChar(u'a' + (r * 7 + c * 5 + 3) % 26);
-    }
-    rows[1].replace(37, 7, QStringLiteral("braille"));
-    rows[3].replace(2, 4, QStringLiteral("dirg"));
-    return rows;
-}
+// "braille" lies across the first page's edge in row 2, "grid" backwards in row 4.
+const QStringList kRows = {"dinsxchmrwbglqvafkpuzejotydinsxchmrwbglqvafkpuzejo",
+                           "kpuzejotydinsxchmrwbglqvafkpuzejotydibraillewbglqv",
+                           "rwbglqvafkpuzejotydinsxchmrwbglqvafkpuzejotydinsxc",
+                           "yddirgchmrwbglqvafkpuzejotydinsxchmrwbglqvafkpuzej"};
 
 #ifdef LEXICOVE_HAVE_BRLAPI
 // The screen reader's braille as Orca keeps it: a client at the top of the X session's place in
@@ -54,19 +45,14 @@ public:
     bool open()
     {
         m_handle = static_cast<brlapi_handle_t *>(std::malloc(brlapi_getHandleSize()));
-        QDeadlineTimer deadline(5000);
-        while (brlapi__openConnection(m_handle, nullptr, nullptr) < 0) {
-            if (deadline.hasExpired())
-                return false;
-            QThread::msleep(50);
-        }
-        m_open = true;
         // Like a screen reader, writes once the display is there: brltty refuses a write to a
         // display of no cells, and drops the connection.
+        QDeadlineTimer deadline(5000);
         unsigned int width = 0, height = 0;
-        while (brlapi__getDisplaySize(m_handle, &width, &height) < 0 || width == 0) {
+        while (!m_open || brlapi__getDisplaySize(m_handle, &width, &height) < 0 || width == 0) {
             if (deadline.hasExpired())
                 return false;
+            m_open = m_open || brlapi__openConnection(m_handle, nullptr, nullptr) >= 0;
             QThread::msleep(50);
         }
         const QByteArray text = kScreenReaderSays.toLatin1();
@@ -102,8 +88,6 @@ struct BrailleRig {
     FakeNavigator navigator;
     QPointer<FrmSearch> window;
 
-    BrailleRig(const BrailleRig &) = delete;
-    BrailleRig() = default;
     ~BrailleRig()
     {
         delete window.data();
@@ -125,21 +109,29 @@ struct BrailleRig {
 };
 
 // What the cursor's row should feel like with the cursor on (row, column), from 1: its page of
-// kCells letters, the cursor on its cell, found columns with dot 8.
-QString rowFelt(const QStringList &rows, int row, int column, const QList<int> &found = {})
+// kCells letters, the cursor on its cell, columns foundFrom to foundTo with dot 8.
+QString rowFelt(int row, int column, int foundFrom = 0, int foundTo = -1)
 {
     BrailleCells cells;
     const int first = (column - 1) / kCells * kCells;
-    cells.text = rows[row - 1].mid(first, kCells);
+    cells.text = kRows[row - 1].mid(first, kCells);
     cells.cursor = column - first;
     cells.dots.fill('\0', cells.text.size());
-    for (const int c : found)
-        if (c > first && c <= first + cells.text.size() && c != column)
+    for (int c = std::max(foundFrom, first + 1); c <= std::min(foundTo, first + kCells); ++c)
+        if (c != column)
             cells.dots[c - first - 1] = static_cast<char>(BrailleCells::kDot8);
     return feel(cells);
 }
 
 } // namespace
+
+// Waits for the display to feel as `felt`, failing with what it felt instead.
+#define QVERIFY_FELT(felt)                                                                         \
+    do {                                                                                           \
+        const QString wanted = (felt);                                                             \
+        QVERIFY2(displayFeels(wanted),                                                             \
+                 qPrintable(wanted + " wanted, felt " + feel(m_display.shown())));                 \
+    } while (false)
 
 class TestBraille : public QObject {
     Q_OBJECT
@@ -147,8 +139,7 @@ class TestBraille : public QObject {
 private slots:
     void initTestCase();
     void withoutAServiceNothingChanges();
-    void everyMoveShowsTheRowAndMessagesTakeTheDisplay();
-    void aWholePuzzleFromTheDisplayAlone();
+    void aWholePuzzleFromTheDisplay();
     void aServiceThatStopsAnsweringHoldsNothingUp();
 
 private:
@@ -156,8 +147,20 @@ private:
     // display showed the screen reader's braille while it was up.
     void closeBoxes(int count);
     // Presses a key of the display and waits for what it shows to change.
-    bool pressOnDisplay(const QString &key);
-    bool displayFeels(const QString &felt);
+    bool pressOnDisplay(const QString &key)
+    {
+        const BrailleCells before = m_display.shown();
+        m_display.press(key);
+        return m_display.waitUntil([&] { return !(m_display.shown() == before); }, 2000);
+    }
+    bool screenReaderHasIt()
+    {
+        return m_display.waitUntil([&] { return m_display.shown().text == kScreenReaderSays; });
+    }
+    bool displayFeels(const QString &felt)
+    {
+        return m_display.waitUntil([&] { return feel(m_display.shown()) == felt; });
+    }
 
     PretendDisplay m_display;
 #ifdef LEXICOVE_HAVE_BRLAPI
@@ -177,16 +180,14 @@ void TestBraille::initTestCase()
 #else
     QVERIFY(m_display.open(socket, kCells));
     QVERIFY(m_screenReader.open());
-    QVERIFY2(m_display.waitUntil([&] { return m_display.shown().text == kScreenReaderSays; }),
-             qPrintable(feel(m_display.shown())));
+    QVERIFY2(screenReaderHasIt(), qPrintable(feel(m_display.shown())));
 #endif
 }
 
 void TestBraille::closeBoxes(int count)
 {
     whenModal([this, count](QWidget *box) {
-        const bool gaveWay =
-            m_display.waitUntil([&] { return m_display.shown().text == kScreenReaderSays; });
+        const bool gaveWay = screenReaderHasIt();
         const auto *message = qobject_cast<QMessageBox *>(box);
         m_boxes << (message ? message->text() : QStringLiteral("?")) +
                        (gaveWay ? QString() : QStringLiteral(" (display not given back)"));
@@ -194,18 +195,6 @@ void TestBraille::closeBoxes(int count)
         if (count > 1)
             closeBoxes(count - 1);
     });
-}
-
-bool TestBraille::pressOnDisplay(const QString &key)
-{
-    const BrailleCells before = m_display.shown();
-    m_display.press(key);
-    return m_display.waitUntil([&] { return !(m_display.shown() == before); }, 2000);
-}
-
-bool TestBraille::displayFeels(const QString &felt)
-{
-    return m_display.waitUntil([&] { return feel(m_display.shown()) == felt; });
 }
 
 // Where no braille service listens, the puzzle plays as it always has: every move's letter, at
@@ -229,128 +218,73 @@ void TestBraille::withoutAServiceNothingChanges()
     qputenv("BRLAPI_HOST", host);
 }
 
-// After each kind of move the display shows the cursor's row, at the page that holds the cursor;
-// a message box gives the display back to the screen reader while it is up, and the row comes
-// back with the focus; leaving the puzzle gives it back too.
-void TestBraille::everyMoveShowsTheRowAndMessagesTakeTheDisplay()
+// The display shows the cursor's row at the page that holds the cursor after every kind of
+// move, and a player who reads only the display finds every word: the pan keys turn the row's
+// pages, the routing keys take the cursor to a word's ends (each letter heard as on a move),
+// Space marks each end, a first mark carries dot 7 and a found word's letters dot 8, and Ctrl+L
+// tells the place and the words found; a message box, and leaving, give the display back to the
+// screen reader, and the row comes back with the focus.
+void TestBraille::aWholePuzzleFromTheDisplay()
 {
     BrailleRig rig;
-    const QStringList rows = puzzleRows();
-    QVERIFY(rig.open(rows, {"braille", "grid"}));
-    QVERIFY2(displayFeels(rowFelt(rows, 1, 1)), qPrintable(feel(m_display.shown())));
-    const QKeyCombination moves[] = {Qt::Key_Right,
-                                     Qt::Key_Down,
-                                     Qt::Key_End,
-                                     Qt::Key_Left,
-                                     Qt::Key_Home,
-                                     Qt::Key_PageDown,
-                                     Qt::Key_Up,
-                                     Qt::Key_PageUp,
-                                     Qt::Key_End,
-                                     Qt::ControlModifier | Qt::Key_Home,
-                                     Qt::ControlModifier | Qt::Key_End};
+    QVERIFY(rig.open(kRows, {"braille", "grid"}));
+    QVERIFY_FELT(rowFelt(1, 1));
+    const QKeyCombination moves[] = {
+        Qt::Key_Right,          Qt::Key_Down, Qt::Key_End,    Qt::Key_Left, Qt::Key_Home,
+        Qt::Key_PageDown,       Qt::Key_Up,   Qt::Key_PageUp, Qt::Key_End,  Qt::CTRL | Qt::Key_End,
+        Qt::CTRL | Qt::Key_Home};
     for (const QKeyCombination move : moves) {
         press(move.key(), move.keyboardModifiers());
-        const int row = rig.grid()->currentRow() + 1;
-        const int column = rig.grid()->currentColumn() + 1;
-        QVERIFY2(displayFeels(rowFelt(rows, row, column)),
-                 qPrintable(QStringLiteral("row %1, column %2: %3")
-                                .arg(row)
-                                .arg(column)
-                                .arg(feel(m_display.shown()))));
+        QVERIFY_FELT(rowFelt(rig.grid()->currentRow() + 1, rig.grid()->currentColumn() + 1));
     }
     closeBoxes(1);
     press(Qt::Key_T, Qt::ControlModifier);
-    QCOMPARE(m_boxes, QStringList{"You have as much time as necessary to complete this puzzle."});
-    QVERIFY(displayFeels(rowFelt(rows, 4, 50)));
+    QVERIFY_FELT(rowFelt(1, 1));
 
-    closeBoxes(1);
-    rig.window->close();
-    QCOMPARE(m_boxes.size(), 2);
-    QVERIFY(m_display.waitUntil([&] { return m_display.shown().text == kScreenReaderSays; }));
-}
-
-// A player who reads only the display finds every word: each row read page by page with the pan
-// keys, the routing keys taking the cursor to a word's ends (each letter heard as on a move),
-// Space on each end; a first mark carries dot 7 and a found word's letters dot 8, and Ctrl+L
-// tells the place and the words found.
-void TestBraille::aWholePuzzleFromTheDisplayAlone()
-{
-    BrailleRig rig;
-    const QStringList rows = puzzleRows();
-    const QStringList words = {"braille", "grid"};
-    QVERIFY(rig.open(rows, words));
-    QVERIFY(m_display.waitUntil([&] { return m_display.shown().cursor == 1; }));
-    m_boxes.clear();
-    QStringList toFind = words;
     int page = 0; // the page the display shows, as the player counts the pan keys
-    const auto routeTo = [&](int column) {
-        for (; page > (column - 1) / kCells; --page)
-            QVERIFY(pressOnDisplay(QStringLiteral("FWinLt")));
-        for (; page < (column - 1) / kCells; ++page)
-            QVERIFY(pressOnDisplay(QStringLiteral("FWinRt")));
+    const auto routeTo = [&](const QString &row, int column) {
+        for (; page != (column - 1) / kCells; page += page < (column - 1) / kCells ? 1 : -1)
+            QVERIFY(pressOnDisplay(page < (column - 1) / kCells ? "FWinRt" : "FWinLt"));
         rig.fp.sound.played.clear();
         QVERIFY(pressOnDisplay(QStringLiteral("Route %1").arg((column - 1) % kCells)));
+        QCOMPARE(m_display.shown().text, row.mid(page * kCells, kCells));
         QCOMPARE(m_display.shown().cursor, (column - 1) % kCells + 1);
-        QCOMPARE(rig.fp.sound.names(),
-                 QStringList{m_display.shown().text.mid((column - 1) % kCells, 1) + ".wav"});
+        QCOMPARE(rig.fp.sound.names(), QStringList{row.mid(column - 1, 1) + ".wav"});
     };
-    for (int row = 1; row <= rows.size() && !toFind.isEmpty(); ++row) {
-        if (row > 1) {
+    // Where the words lie: "braille" across the first page's edge, "grid" backwards.
+    const struct {
+        int row, first, last;
+    } words[] = {{2, 38, 44}, {4, 3, 6}};
+    int column = 1, foundWords = 0;
+    for (const auto &word : words) {
+        while (rig.grid()->currentRow() + 1 < word.row)
             press(Qt::Key_Down);
-            press(Qt::Key_Home);
-            QVERIFY(m_display.waitUntil([&] { return m_display.shown().cursor == 1; }));
-        }
-        page = 0;
-        QString read = m_display.shown().text;
-        while (m_display.shown().text.size() == kCells &&
-               pressOnDisplay(QStringLiteral("FWinRt"))) {
-            read += m_display.shown().text;
-            ++page;
-        }
-        QCOMPARE(read, rows[row - 1]);
-        for (const QString &word : QStringList(toFind)) {
-            QString reversed = word;
-            std::reverse(reversed.begin(), reversed.end());
-            const qsizetype at = std::max(read.indexOf(word), read.indexOf(reversed));
-            if (at < 0)
-                continue;
-            const int first = static_cast<int>(at) + 1;
-            const int last = first + static_cast<int>(word.size()) - 1;
-            routeTo(first);
-            press(Qt::Key_Space);
-            routeTo(last);
-            if ((first - 1) / kCells == page) {
-                const quint8 dots =
-                    static_cast<quint8>(m_display.shown().dots.at((first - 1) % kCells));
-                QCOMPARE(dots, BrailleCells::kDot7);
-            }
-            toFind.removeOne(word);
-            closeBoxes(toFind.isEmpty() ? 2 : 1);
-            press(Qt::Key_Space);
-            QList<int> found;
-            for (int c = first; c <= last; ++c)
-                found << c;
-            QVERIFY2(displayFeels(rowFelt(rows, row, last, found)),
-                     qPrintable(feel(m_display.shown())));
-            page = (last - 1) / kCells;
-            press(Qt::Key_L, Qt::ControlModifier);
-            const QString status = QStringLiteral("r%1 c%2 %3 of 2 words")
-                                       .arg(row)
-                                       .arg(last)
-                                       .arg(words.size() - toFind.size());
-            QVERIFY2(m_display.waitUntil([&] { return m_display.shown().text == status; }),
-                     qPrintable(m_display.shown().text));
-            rig.fp.clock.advance(FrmSearch::kBrailleStatusMs);
-            QVERIFY(displayFeels(rowFelt(rows, row, last, found)));
-        }
+        QVERIFY_FELT(rowFelt(word.row, column));
+        routeTo(kRows[word.row - 1], word.first);
+        press(Qt::Key_Space);
+        routeTo(kRows[word.row - 1], word.last);
+        if ((word.first - 1) / kCells == page)
+            QCOMPARE(static_cast<quint8>(m_display.shown().dots.at((word.first - 1) % kCells)),
+                     BrailleCells::kDot7);
+        closeBoxes(++foundWords == 2 ? 2 : 1);
+        press(Qt::Key_Space);
+        column = word.last;
+        QVERIFY_FELT(rowFelt(word.row, column, word.first, word.last));
+        press(Qt::Key_L, Qt::ControlModifier);
+        QVERIFY_FELT(
+            QStringLiteral("r%1 c%2 %3 of 2 words").arg(word.row).arg(column).arg(foundWords));
     }
+    closeBoxes(1);
+    rig.window->close();
+    QVERIFY(screenReaderHasIt());
     QCOMPARE(m_boxes, (QStringList{
+                          "You have as much time as necessary to complete this puzzle.",
                           "Correct! You found the word braille!",
                           "Correct! You found the word grid!",
                           "You found all the words! Nice work! You may press escape to quit this "
                           "puzzle, or use one of the options in the puzzle menu to save, print, or "
                           "braille this puzzle. Thanks for playing!",
+                          "Really exit this word search?",
                       }));
 }
 
@@ -365,7 +299,7 @@ void TestBraille::aServiceThatStopsAnsweringHoldsNothingUp()
     QElapsedTimer stopped;
     {
         BrailleRig rig;
-        QVERIFY(rig.open(puzzleRows(), {"braille"}));
+        QVERIFY(rig.open(kRows, {"braille"}));
         QVERIFY(m_display.waitUntil([&] { return m_display.shown().cursor == 1; }));
         ::kill(brltty, SIGSTOP);
         stopped.start();

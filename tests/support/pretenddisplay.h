@@ -39,8 +39,6 @@ public:
     // without the blanks after it, dots 7 and 8 by cell, and the cursor on
     // the cell with both (its dots 7 and 8 then taken as the cursor's).
     BrailleCells shown() const;
-    // How many Braille lines have come.
-    int updates() const { return m_updates; }
 
 private:
     void Take(const QByteArray &line);
