@@ -103,22 +103,16 @@ ROAD
     sleep 1
 ' "$work" 2>/dev/null
 
-python3 - "$work" <<'PY'
-import datetime, sys
+PYTHONPATH=$here python3 - "$work" <<'PY'
+import sys
+from orca_timeline import orca_events, print_timeline, session_start
 work = sys.argv[1]
-start = float(open(work + "/start").read())
-day = datetime.datetime.fromtimestamp(start)
-midnight = start - (day.hour * 3600 + day.minute * 60 + day.second + day.microsecond / 1e6)
+start = session_start(work)
 events = []
 for name in ("pressed", "shown"):
     for line in open("%s/%s" % (work, name)):
         when, what = line.rstrip("\n").split(" ", 1)
         events.append((float(when) - start, what))
-for line in open(work + "/orca.log", errors="replace"):
-    if "BRAILLE LINE:" in line:
-        h, m, s = line[:15].split(":")
-        said = line.split("BRAILLE LINE:", 1)[1].strip()
-        events.append((int(h) * 3600 + int(m) * 60 + float(s) - (start - midnight), "orca    " + said))
-for when, what in sorted(events):
-    print("%8.3f  %s" % (when, what))
+events += orca_events(work, start, "BRAILLE LINE:")
+print_timeline(events)
 PY
