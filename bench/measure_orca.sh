@@ -19,15 +19,15 @@ for tool in orca speech-dispatcher pulseaudio pactl Xvfb openbox xdotool dbus-ru
 done
 work=$(mktemp -d)
 pids=()
+. "$here/../tests/support/xdisplay.sh"
 trap 'kill ${pids[@]} 2>/dev/null; wait 2>/dev/null; rm -rf "$work"' EXIT
 mkdir -p "$work/runtime" "$work/home" "$work/program"
 chmod 700 "$work/runtime"
 cp "$build/bin/lexicove" "$build"/bin/*.wav "$build"/bin/*.wds "$work/program/"
 
-Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp 3>"$work/display" 2>/dev/null &
-pids+=($!)
-for _ in $(seq 100); do [ -s "$work/display" ] && break; sleep 0.1; done
-export DISPLAY=:$(head -n1 "$work/display") XDG_RUNTIME_DIR=$work/runtime HOME=$work/home
+start_xvfb "$work" || exit 1
+pids+=($xvfb_pid)
+export XDG_RUNTIME_DIR=$work/runtime HOME=$work/home
 unset DBUS_SESSION_BUS_ADDRESS PULSE_SINK
 openbox --sm-disable >/dev/null 2>&1 &
 pids+=($!)

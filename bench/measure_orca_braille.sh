@@ -18,6 +18,7 @@ here=$(cd "$(dirname "$0")" && pwd)
 work=$(mktemp -d)
 pids=()
 . "$here/../tests/support/brltty.sh"
+. "$here/../tests/support/xdisplay.sh"
 trap 'stop_brltty; kill ${pids[@]} 2>/dev/null; wait 2>/dev/null; rm -rf "$work"' EXIT
 mkdir -p "$work/runtime" "$work/home/.local/share/orca" "$work/program"
 chmod 700 "$work/runtime"
@@ -27,10 +28,9 @@ echo '{"general": {"enableSpeech": false, "enableBraille": true, "firstStart": f
  "profiles": {"default": {"profile": ["Default", "default"]}}}' \
     >"$work/home/.local/share/orca/user-settings.conf"
 
-Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp 3>"$work/display" 2>/dev/null &
-pids+=($!)
-for _ in $(seq 100); do [ -s "$work/display" ] && break; sleep 0.1; done
-export DISPLAY=:$(head -n1 "$work/display") XDG_RUNTIME_DIR=$work/runtime HOME=$work/home
+start_xvfb "$work" || exit 1
+pids+=($xvfb_pid)
+export XDG_RUNTIME_DIR=$work/runtime HOME=$work/home
 unset DBUS_SESSION_BUS_ADDRESS
 openbox --sm-disable >/dev/null 2>&1 &
 pids+=($!)
