@@ -1,6 +1,7 @@
 #include "platform/textencoding.h"
 
 #include <QStringDecoder>
+#include <QStringView>
 
 #include <algorithm>
 
@@ -124,6 +125,10 @@ QString DecodeText(QByteArrayView bytes, TextEncoding encoding)
 #endif
 }
 
+namespace {
+
+// Appends text in 8 bits; false, with out as it was, when the code page
+// can't hold one of its characters.
 bool AppendEightBit(QByteArray &out, QStringView text)
 {
 #ifdef Q_OS_WIN
@@ -142,6 +147,8 @@ bool AppendEightBit(QByteArray &out, QStringView text)
 #endif
 }
 
+// Whether bytes written in format would be read back as that format (or as
+// text that decodes the same). body is the bytes after any byte order mark.
 bool ReadsBackAs(QByteArrayView body, const TextFormat &format)
 {
     TextFormatDetector detector;
@@ -152,6 +159,8 @@ bool ReadsBackAs(QByteArrayView body, const TextFormat &format)
     return seen.byteOrderMark == format.byteOrderMark &&
            (seen.encoding == format.encoding || !detector.sawNonAscii());
 }
+
+} // namespace
 
 QByteArray EncodeText(qsizetype count, const std::function<QString(qsizetype)> &textAt,
                       TextFormat &format)

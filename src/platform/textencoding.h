@@ -29,7 +29,6 @@
 #include <QByteArray>
 #include <QByteArrayView>
 #include <QString>
-#include <QStringView>
 
 #include <array>
 #include <functional>
@@ -81,14 +80,6 @@ QByteArrayView WithoutByteOrderMark(QByteArrayView bytes, const TextFormat &form
 
 // The text of bytes (without a byte order mark) in the encoding.
 QString DecodeText(QByteArrayView bytes, TextEncoding encoding);
-
-// Appends text in 8 bits; false, with out as it was, when the code page
-// can't hold one of its characters.
-bool AppendEightBit(QByteArray &out, QStringView text);
-
-// Whether bytes written in format would be read back as that format (or as
-// text that decodes the same). body is the bytes after any byte order mark.
-bool ReadsBackAs(QByteArrayView body, const TextFormat &format);
 
 // The bytes of text by the writing rule; format is set to the one used. The
 // text may come in pieces (count of them, in order), so that it need not be
