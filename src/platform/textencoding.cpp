@@ -19,14 +19,13 @@ void TextFormatDetector::add(QByteArrayView piece)
     qsizetype i = 0;
     while (m_startSize < kByteOrderMark.size() && i < piece.size())
         m_start[m_startSize++] = piece[i++];
-    if (!m_startDone && m_startSize == kByteOrderMark.size())
+    if (i > 0 && m_startSize == kByteOrderMark.size()) // the start just filled
         judgeStart();
     validate(piece.sliced(i));
 }
 
 void TextFormatDetector::judgeStart()
 {
-    m_startDone = true;
     const QByteArrayView start(m_start.data(), m_startSize);
     m_marked = start == kByteOrderMark;
     if (!m_marked)
@@ -78,7 +77,7 @@ void TextFormatDetector::validate(QByteArrayView bytes)
 TextFormatDetector TextFormatDetector::finished() const
 {
     TextFormatDetector whole = *this;
-    if (!whole.m_startDone)
+    if (whole.m_startSize < kByteOrderMark.size())
         whole.judgeStart(); // a file shorter than the mark
     return whole;
 }

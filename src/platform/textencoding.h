@@ -64,8 +64,7 @@ private:
     TextFormatDetector finished() const;
 
     std::array<char, 3> m_start{}; // the first bytes: the mark, or text
-    qsizetype m_startSize = 0;
-    bool m_startDone = false;
+    qsizetype m_startSize = 0;     // once full, the start has been judged
     bool m_marked = false;
     int m_continuations = 0;                   // continuation bytes still due in a sequence
     unsigned char m_low = 0x80, m_high = 0xBF; // the range of the next one
