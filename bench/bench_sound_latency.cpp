@@ -35,6 +35,7 @@
 #include "play/frmlist.h"
 #include "play/frmsearch.h"
 #include "pretenddisplay.h"
+#include "resident.h"
 
 #include <benchmark/benchmark.h>
 
@@ -43,7 +44,6 @@
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QFileInfo>
 #include <QKeyEvent>
 #include <QMediaDevices>
@@ -54,10 +54,6 @@
 #include <cstdio>
 #include <memory>
 #include <vector>
-
-#ifdef Q_OS_LINUX
-#include <unistd.h>
-#endif
 
 namespace {
 
@@ -224,14 +220,7 @@ void report(benchmark::State &state, std::vector<double> &micros)
 // The process's resident memory in MB (Linux); 0 elsewhere.
 double residentMB()
 {
-#ifdef Q_OS_LINUX
-    QFile statm(QStringLiteral("/proc/self/statm"));
-    const QList<QByteArray> fields =
-        statm.open(QIODevice::ReadOnly) ? statm.readAll().split(' ') : QList<QByteArray>();
-    if (fields.size() > 1)
-        return fields[1].toDouble() * double(sysconf(_SC_PAGESIZE)) / (1 << 20);
-#endif
-    return 0;
+    return residentBytes() / (1 << 20);
 }
 
 void BM_OpenPuzzle(benchmark::State &state)

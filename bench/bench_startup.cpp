@@ -17,6 +17,8 @@
 //       [--program=OTHER/lexicove ...] [--benchmark_repetitions=N
 //        --benchmark_enable_random_interleaving=true]
 
+#include "resident.h"
+
 #include <benchmark/benchmark.h>
 
 #include <QCoreApplication>
@@ -40,19 +42,6 @@ using Clock = std::chrono::steady_clock;
 constexpr int kMenuWaitMs = 20000;
 // How long the game may go on at start after its menu has appeared.
 constexpr int kSettleMs = 1000;
-
-// The program's resident memory in MB, or 0 where it can't be read.
-double residentMB(qint64 pid)
-{
-    QFile status(QStringLiteral("/proc/%1/status").arg(pid));
-    if (!status.open(QIODevice::ReadOnly))
-        return 0;
-    for (const QByteArray &line : status.readAll().split('\n')) {
-        if (line.startsWith("VmRSS:"))
-            return line.mid(6).trimmed().split(' ').first().toDouble() / 1024.0;
-    }
-    return 0;
-}
 
 double median(std::vector<double> values)
 {
@@ -104,7 +93,7 @@ void BM_StartUp(benchmark::State &state, const QString &program)
             return;
         }
         QThread::msleep(kSettleMs);
-        megabytes.push_back(residentMB(game.processId()));
+        megabytes.push_back(residentBytes(game.processId()) / (1 << 20));
         game.kill();
         game.waitForFinished();
         millis.push_back(took);

@@ -8,6 +8,7 @@
 #include "core/gamestate.h"
 #include "fakenavigator.h"
 #include "fakeplatform.h"
+#include "resident.h"
 #include "setup/frmoptions.h"
 #include "wordlists/frmcreate.h"
 #include "wordlists/frmwords.h"
@@ -16,13 +17,11 @@
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
-#include <QFile>
 
 #include <random>
 
 #ifdef Q_OS_UNIX
 #include <sys/resource.h>
-#include <unistd.h>
 #endif
 
 using namespace lexicove;
@@ -56,13 +55,8 @@ FakePlatform &platformWithBigList()
 void reportMemory(benchmark::State &state)
 {
 #ifdef Q_OS_UNIX
-    QFile statm(QStringLiteral("/proc/self/statm"));
-    if (statm.open(QIODevice::ReadOnly)) {
-        const QList<QByteArray> fields = statm.readAll().split(' ');
-        if (fields.size() > 1)
-            state.counters["rss_MB"] =
-                fields[1].toDouble() * static_cast<double>(sysconf(_SC_PAGESIZE)) / 1e6;
-    }
+    if (const double bytes = residentBytes())
+        state.counters["rss_MB"] = bytes / 1e6;
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
     state.counters["peak_MB"] = static_cast<double>(usage.ru_maxrss) / 1e3;

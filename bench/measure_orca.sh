@@ -13,20 +13,21 @@
 #          pulseaudio-utils xvfb openbox xdotool at-spi2-core dbus
 set -u
 build=$(cd "${1:?usage: measure_orca.sh BUILD_DIR}" && pwd)
+here=$(cd "$(dirname "$0")" && pwd)
 for tool in orca speech-dispatcher pulseaudio pactl Xvfb openbox xdotool dbus-run-session; do
     command -v "$tool" >/dev/null || { echo "$tool is not installed"; exit 1; }
 done
 work=$(mktemp -d)
 pids=()
+. "$here/../tests/support/xdisplay.sh"
 trap 'kill ${pids[@]} 2>/dev/null; wait 2>/dev/null; rm -rf "$work"' EXIT
 mkdir -p "$work/runtime" "$work/home" "$work/program"
 chmod 700 "$work/runtime"
 cp "$build/bin/lexicove" "$build"/bin/*.wav "$build"/bin/*.wds "$work/program/"
 
-Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp 3>"$work/display" 2>/dev/null &
-pids+=($!)
-for _ in $(seq 100); do [ -s "$work/display" ] && break; sleep 0.1; done
-export DISPLAY=:$(head -n1 "$work/display") XDG_RUNTIME_DIR=$work/runtime HOME=$work/home
+start_xvfb "$work" || exit 1
+pids+=($xvfb_pid)
+export XDG_RUNTIME_DIR=$work/runtime HOME=$work/home
 unset DBUS_SESSION_BUS_ADDRESS PULSE_SINK
 openbox --sm-disable >/dev/null 2>&1 &
 pids+=($!)
@@ -75,12 +76,11 @@ dbus-run-session -- bash -c '
     kill $game $orca  # the speech-dispatcher Orca started ends by itself when idle
 ' "$work" 2>/dev/null
 
-python3 - "$work" <<'PY'
-import array, datetime, math, sys
+PYTHONPATH=$here python3 - "$work" <<'PY'
+import array, math, sys
+from orca_timeline import orca_events, print_timeline, session_start
 work = sys.argv[1]
-start = float(open(work + '/start').read())
-day = datetime.datetime.fromtimestamp(start)
-midnight = start - (day.hour * 3600 + day.minute * 60 + day.second + day.microsecond / 1e6)
+start = session_start(work)
 
 def sounding(path, gap):
     """(start, end) of the stretches where the left channel is not silent."""
@@ -104,14 +104,9 @@ events = []
 for line in open(work + '/keys'):
     when, what = line.split(' ', 1)
     events.append((float(when) - start, 'key     ' + what.strip()))
-for line in open(work + '/orca.log'):
-    if 'SPEECH OUTPUT:' in line:
-        h, m, s = line[:15].split(':')
-        said = line.split('SPEECH OUTPUT:', 1)[1].split('{')[0].strip()
-        events.append((int(h) * 3600 + int(m) * 60 + float(s) - (start - midnight), 'orca    ' + said))
+events += orca_events(work, start, 'SPEECH OUTPUT:', lambda said: said.split('{')[0].strip())
 for name, gap in (('speech', 0.1), ('game', 0.05)):
     for a, b in sounding('%s/%s.raw' % (work, name), gap):
         events.append((a, '%-7s %.3f-%.3f s' % (name, a, b)))
-for when, what in sorted(events):
-    print('%8.3f  %s' % (when, what))
+print_timeline(events)
 PY

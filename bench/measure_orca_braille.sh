@@ -18,6 +18,7 @@ here=$(cd "$(dirname "$0")" && pwd)
 work=$(mktemp -d)
 pids=()
 . "$here/../tests/support/brltty.sh"
+. "$here/../tests/support/xdisplay.sh"
 trap 'stop_brltty; kill ${pids[@]} 2>/dev/null; wait 2>/dev/null; rm -rf "$work"' EXIT
 mkdir -p "$work/runtime" "$work/home/.local/share/orca" "$work/program"
 chmod 700 "$work/runtime"
@@ -27,10 +28,9 @@ echo '{"general": {"enableSpeech": false, "enableBraille": true, "firstStart": f
  "profiles": {"default": {"profile": ["Default", "default"]}}}' \
     >"$work/home/.local/share/orca/user-settings.conf"
 
-Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp 3>"$work/display" 2>/dev/null &
-pids+=($!)
-for _ in $(seq 100); do [ -s "$work/display" ] && break; sleep 0.1; done
-export DISPLAY=:$(head -n1 "$work/display") XDG_RUNTIME_DIR=$work/runtime HOME=$work/home
+start_xvfb "$work" || exit 1
+pids+=($xvfb_pid)
+export XDG_RUNTIME_DIR=$work/runtime HOME=$work/home
 unset DBUS_SESSION_BUS_ADDRESS
 openbox --sm-disable >/dev/null 2>&1 &
 pids+=($!)
@@ -103,22 +103,16 @@ ROAD
     sleep 1
 ' "$work" 2>/dev/null
 
-python3 - "$work" <<'PY'
-import datetime, sys
+PYTHONPATH=$here python3 - "$work" <<'PY'
+import sys
+from orca_timeline import orca_events, print_timeline, session_start
 work = sys.argv[1]
-start = float(open(work + "/start").read())
-day = datetime.datetime.fromtimestamp(start)
-midnight = start - (day.hour * 3600 + day.minute * 60 + day.second + day.microsecond / 1e6)
+start = session_start(work)
 events = []
 for name in ("pressed", "shown"):
     for line in open("%s/%s" % (work, name)):
         when, what = line.rstrip("\n").split(" ", 1)
         events.append((float(when) - start, what))
-for line in open(work + "/orca.log", errors="replace"):
-    if "BRAILLE LINE:" in line:
-        h, m, s = line[:15].split(":")
-        said = line.split("BRAILLE LINE:", 1)[1].strip()
-        events.append((int(h) * 3600 + int(m) * 60 + float(s) - (start - midnight), "orca    " + said))
-for when, what in sorted(events):
-    print("%8.3f  %s" % (when, what))
+events += orca_events(work, start, "BRAILLE LINE:")
+print_timeline(events)
 PY

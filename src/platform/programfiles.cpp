@@ -45,7 +45,8 @@ ProgramFiles FindProgramFiles(const QString &executableFolder)
     files.executableFolder = executableFolder;
     const QString data = InstalledDataFolder(executableFolder);
     const QString installedSounds = QDir(data).filePath(QStringLiteral("sounds"));
-    if (!holdsSounds(executableFolder) && holdsSounds(installedSounds)) {
+    files.programFolder = holdsSounds(executableFolder);
+    if (!files.programFolder && holdsSounds(installedSounds)) {
         files.sounds = installedSounds;
         files.starterLists = QDir(data).filePath(QStringLiteral("wordlists"));
         return files;
@@ -53,7 +54,6 @@ ProgramFiles FindProgramFiles(const QString &executableFolder)
     // With no sounds anywhere they are still looked for beside the program
     // (each missing one gives the system's default sound), but such a folder
     // is not trusted with the player's lists.
-    files.programFolder = holdsSounds(executableFolder);
     files.sounds = executableFolder;
     files.starterLists = executableFolder;
     return files;

@@ -1,6 +1,7 @@
 #include "platform/textencoding.h"
 
 #include <QStringDecoder>
+#include <QStringView>
 
 #include <algorithm>
 
@@ -18,14 +19,13 @@ void TextFormatDetector::add(QByteArrayView piece)
     qsizetype i = 0;
     while (m_startSize < kByteOrderMark.size() && i < piece.size())
         m_start[m_startSize++] = piece[i++];
-    if (!m_startDone && m_startSize == kByteOrderMark.size())
+    if (i > 0 && m_startSize == kByteOrderMark.size()) // the start just filled
         judgeStart();
     validate(piece.sliced(i));
 }
 
 void TextFormatDetector::judgeStart()
 {
-    m_startDone = true;
     const QByteArrayView start(m_start.data(), m_startSize);
     m_marked = start == kByteOrderMark;
     if (!m_marked)
@@ -77,7 +77,7 @@ void TextFormatDetector::validate(QByteArrayView bytes)
 TextFormatDetector TextFormatDetector::finished() const
 {
     TextFormatDetector whole = *this;
-    if (!whole.m_startDone)
+    if (whole.m_startSize < kByteOrderMark.size())
         whole.judgeStart(); // a file shorter than the mark
     return whole;
 }
@@ -124,6 +124,10 @@ QString DecodeText(QByteArrayView bytes, TextEncoding encoding)
 #endif
 }
 
+namespace {
+
+// Appends text in 8 bits; false, with out as it was, when the code page
+// can't hold one of its characters.
 bool AppendEightBit(QByteArray &out, QStringView text)
 {
 #ifdef Q_OS_WIN
@@ -142,6 +146,8 @@ bool AppendEightBit(QByteArray &out, QStringView text)
 #endif
 }
 
+// Whether bytes written in format would be read back as that format (or as
+// text that decodes the same). body is the bytes after any byte order mark.
 bool ReadsBackAs(QByteArrayView body, const TextFormat &format)
 {
     TextFormatDetector detector;
@@ -152,6 +158,8 @@ bool ReadsBackAs(QByteArrayView body, const TextFormat &format)
     return seen.byteOrderMark == format.byteOrderMark &&
            (seen.encoding == format.encoding || !detector.sawNonAscii());
 }
+
+} // namespace
 
 QByteArray EncodeText(qsizetype count, const std::function<QString(qsizetype)> &textAt,
                       TextFormat &format)

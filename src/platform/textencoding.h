@@ -29,7 +29,6 @@
 #include <QByteArray>
 #include <QByteArrayView>
 #include <QString>
-#include <QStringView>
 
 #include <array>
 #include <functional>
@@ -65,8 +64,7 @@ private:
     TextFormatDetector finished() const;
 
     std::array<char, 3> m_start{}; // the first bytes: the mark, or text
-    qsizetype m_startSize = 0;
-    bool m_startDone = false;
+    qsizetype m_startSize = 0;     // once full, the start has been judged
     bool m_marked = false;
     int m_continuations = 0;                   // continuation bytes still due in a sequence
     unsigned char m_low = 0x80, m_high = 0xBF; // the range of the next one
@@ -81,14 +79,6 @@ QByteArrayView WithoutByteOrderMark(QByteArrayView bytes, const TextFormat &form
 
 // The text of bytes (without a byte order mark) in the encoding.
 QString DecodeText(QByteArrayView bytes, TextEncoding encoding);
-
-// Appends text in 8 bits; false, with out as it was, when the code page
-// can't hold one of its characters.
-bool AppendEightBit(QByteArray &out, QStringView text);
-
-// Whether bytes written in format would be read back as that format (or as
-// text that decodes the same). body is the bytes after any byte order mark.
-bool ReadsBackAs(QByteArrayView body, const TextFormat &format);
 
 // The bytes of text by the writing rule; format is set to the one used. The
 // text may come in pieces (count of them, in order), so that it need not be
