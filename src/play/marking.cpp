@@ -95,8 +95,6 @@ Marking::Marking(const GameState &state, Clock &clock) : m_state(state), m_clock
 void Marking::ClearFound()
 {
     m_wordFound.fill(false);
-    for (QList<GridCell> &cells : m_foundCells)
-        cells.clear();
     for (auto &row : m_foundGrid)
         row.fill(false);
 }
@@ -113,11 +111,6 @@ bool Marking::isFound(int row, int column) const
     const bool inside =
         row >= 1 && row <= GameState::kMaxSide && column >= 1 && column <= GameState::kMaxSide;
     return inside && m_foundGrid[row][column];
-}
-
-QList<GridCell> Marking::foundCells(int slot) const
-{
-    return slot >= 1 && slot <= GameState::kMaxWords ? m_foundCells[slot] : QList<GridCell>();
 }
 
 void Marking::Begin()
@@ -167,15 +160,12 @@ Replies Marking::MarkLetter(int row, int column)
     if (kind == RunKind::NotInLine)
         return {Reply::message(kNotInLine)};
     const QList<GridCell> cells = RunCells(kind, m_firstRow, m_firstCol, m_lastRow, m_lastCol);
-    const WordFoundFlags before = m_wordFound;
+    const qint32 remainingBefore = m_wordsRemaining;
     const Replies replies = CheckWord(ReadRun(m_state, cells));
-    // The selection's cells are where each word it found lies.
-    for (int i = 1; i <= GameState::kMaxWords; ++i) {
-        if (m_wordFound[i] && !before[i]) {
-            m_foundCells[i] = cells;
-            for (const GridCell &cell : cells)
-                m_foundGrid[cell.row][cell.column] = true;
-        }
+    // A selection that found a word is where that word lies.
+    if (m_wordsRemaining != remainingBefore) {
+        for (const GridCell &cell : cells)
+            m_foundGrid[cell.row][cell.column] = true;
     }
     return replies;
 }

@@ -58,9 +58,8 @@ void SwapValues(qint16 &a, qint16 &b);
 // never from what the window shows.
 //
 // Where the found words lie is kept too, for whatever shows the grid (the
-// window's drawing, a braille display's dots): the cells of the selection
-// that found each word, by word slot, and a table of rows by columns that
-// says at once whether a cell belongs to a found word.
+// window's drawing, a braille display's dots): a table of rows by columns
+// that says at once whether a cell belongs to a found word.
 class Marking {
 public:
     Marking(const GameState &state, Clock &clock);
@@ -83,9 +82,6 @@ public:
     std::optional<GridCell> pendingMark() const;
     // Whether the cell lies in a word found; false outside the grid.
     bool isFound(int row, int column) const;
-    // The cells of the word in slot, in reading order; empty while it is to
-    // find.
-    QList<GridCell> foundCells(int slot) const;
     int wordsRemaining() const { return m_wordsRemaining; }
     const WordFoundFlags &wordFound() const { return m_wordFound; }
     quint32 startTick() const { return m_startTick; }
@@ -102,7 +98,6 @@ private:
     const GameState &m_state;
     Clock &m_clock;
     WordFoundFlags m_wordFound{};
-    std::array<QList<GridCell>, GameState::kMaxWords + 1> m_foundCells{};
     std::array<std::array<bool, GameState::kMaxSide + 1>, GameState::kMaxSide + 1> m_foundGrid{};
     qint32 m_wordsRemaining = 0;
     quint32 m_startTick = 0;

@@ -117,15 +117,10 @@ void PuzzleGrid::setZoom(int percent)
         if (const QTableWidgetItem *number = horizontalHeaderItem(c))
             width =
                 std::max(width, boldMetrics.horizontalAdvance(number->text()) + 2 * headerMargin);
-    m_columnWidth = width;
-    m_rowHeight = boldMetrics.height() + std::max(4, boldMetrics.height() / 4);
-
-    horizontalHeader()->setDefaultSectionSize(m_columnWidth);
-    verticalHeader()->setDefaultSectionSize(m_rowHeight);
-    for (int c = 0; c < columnCount(); ++c)
-        horizontalHeader()->resizeSection(c, m_columnWidth);
-    for (int r = 0; r < rowCount(); ++r)
-        verticalHeader()->resizeSection(r, m_rowHeight);
+    // The default size is every section's: setting it resizes them all.
+    horizontalHeader()->setDefaultSectionSize(width);
+    verticalHeader()->setDefaultSectionSize(boldMetrics.height() +
+                                            std::max(4, boldMetrics.height() / 4));
     // The scroll bars' ranges first, or the scroll to the cursor stops short.
     updateGeometries();
     scrollTo(currentIndex());
@@ -134,8 +129,10 @@ void PuzzleGrid::setZoom(int percent)
 QSize PuzzleGrid::sizeFor(int rows, int columns) const
 {
     const int frame = 2 * frameWidth();
-    return {verticalHeader()->sizeHint().width() + columns * m_columnWidth + frame,
-            horizontalHeader()->sizeHint().height() + rows * m_rowHeight + frame};
+    return {verticalHeader()->sizeHint().width() +
+                columns * horizontalHeader()->defaultSectionSize() + frame,
+            horizontalHeader()->sizeHint().height() +
+                rows * verticalHeader()->defaultSectionSize() + frame};
 }
 
 void PuzzleGrid::resizeEvent(QResizeEvent *event)

@@ -93,8 +93,6 @@ private:
     MarksSource m_marks;
     QFont m_baseFont;
     int m_zoom = 100;
-    int m_columnWidth = 0;
-    int m_rowHeight = 0;
 };
 
 // Draws each letter with the marks its grid gives it.
