@@ -59,6 +59,24 @@ install() {
 }
 install "${packages[@]}"
 
+# Configures and builds the game in the folder $1, with the CMake options
+# that follow.
+build_in() {
+    local dir=$1
+    shift
+    cmake -S "$here" -B "$dir" -DCMAKE_BUILD_TYPE=RelWithDebInfo "$@"
+    cmake --build "$dir" -j"$(nproc)"
+}
+
+# Runs the tests of the build in the folder $1 headless, with the ctest
+# options that follow.
+test_in() {
+    local dir=$1
+    shift
+    (cd "$dir" && XDG_RUNTIME_DIR="$runtime_dir" QT_QPA_PLATFORM=offscreen \
+        ctest --output-on-failure -j"$(nproc)" "$@")
+}
+
 if [ "$mode" = check ]; then
     # The runtime package is named after clang's version (libclang-rt-14-dev
     # on Debian 12); older releases keep the runtime in libclang-common.
@@ -76,9 +94,7 @@ if [ "$mode" = package ]; then
     build=${LEXICOVE_PACKAGE_BUILD_DIR:-$here/build-package}
     eval "$(DEB_BUILD_MAINT_OPTIONS=hardening=+all dpkg-buildflags --export=sh)"
     export CXXFLAGS="$CPPFLAGS $CXXFLAGS"
-    cmake -S "$here" -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo \
-        -DLEXICOVE_BUILD_TESTS=OFF -DLEXICOVE_BUILD_BENCH=OFF
-    cmake --build "$build" -j"$(nproc)"
+    build_in "$build" -DLEXICOVE_BUILD_TESTS=OFF -DLEXICOVE_BUILD_BENCH=OFF
     rm -f "$build"/lexicove_*.deb
     (cd "$build" && cpack -G DEB)
     deb=$(ls "$build"/lexicove_*.deb)
@@ -92,19 +108,16 @@ chmod 700 "$runtime_dir"
 trap 'rm -rf "$runtime_dir"' EXIT
 
 if [ "$mode" != check ]; then
-    cmake -S "$here" -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo
-    cmake --build "$build" -j"$(nproc)"
+    build_in "$build"
     if [ "$mode" = run ]; then
         exec "$build/bin/lexicove"
     fi
-    cd "$build"
-    XDG_RUNTIME_DIR="$runtime_dir" QT_QPA_PLATFORM=offscreen ctest --output-on-failure -j"$(nproc)"
+    test_in "$build"
     exit
 fi
 
-CC=clang CXX=clang++ cmake -S "$here" -B "$check_build" -DCMAKE_BUILD_TYPE=RelWithDebInfo \
-    -DLEXICOVE_SANITIZE=ON -DLEXICOVE_FUZZ=ON -DLEXICOVE_BUILD_BENCH=OFF
-cmake --build "$check_build" -j"$(nproc)"
+CC=clang CXX=clang++ build_in "$check_build" -DLEXICOVE_SANITIZE=ON -DLEXICOVE_FUZZ=ON \
+    -DLEXICOVE_BUILD_BENCH=OFF
 
 # Any report from AddressSanitizer (leaks included) or UBSan ends the program
 # that made it with an error, and so fails its test.
@@ -115,9 +128,7 @@ export LSAN_OPTIONS=suppressions=$here/tests/lsan-suppressions.txt
 # make the game too slow to keep time with the sound server, and the soak
 # checks nothing they look at.
 echo "== the test suite under AddressSanitizer and UndefinedBehaviorSanitizer"
-(cd "$check_build" &&
-    XDG_RUNTIME_DIR="$runtime_dir" QT_QPA_PLATFORM=offscreen ctest --output-on-failure \
-        -j"$(nproc)" -E soundsoak)
+test_in "$check_build" -E soundsoak
 
 # New inputs go to a scratch folder; the committed seeds stay as they are.
 for fuzzer in "$check_build"/fuzz/fuzz_*; do

@@ -99,8 +99,6 @@ public:
         place(key);
     }
 
-    std::size_t bytes() const { return m_slots.capacity() * sizeof(Key128); }
-
 private:
     static constexpr std::size_t kFirstSlots = std::size_t(1) << 12; // 64 KiB
     static constexpr std::size_t kMostSlots = std::size_t(1) << 16;  // 1 MiB

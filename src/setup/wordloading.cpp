@@ -33,15 +33,6 @@ const std::array<QString, kLetterCount + 1> &fillerTexts()
     return texts;
 }
 
-// True when no byte above 127 follows the byte order mark, if any.
-bool isAsciiText(QByteArrayView bytes)
-{
-    if (bytes.startsWith(kByteOrderMark))
-        bytes = bytes.sliced(kByteOrderMark.size());
-    return std::all_of(bytes.begin(), bytes.end(),
-                       [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
-
 bool isVowel(int k)
 {
     const char letter = static_cast<char>(kFirstLetterCode + k);
@@ -68,8 +59,11 @@ bool LoadWords(GameState &state, Files &files, QString &error)
                 const qsizetype taken = counter.add(piece, GameState::kMaxWords);
                 head += piece.first(taken);
                 headDone = counter.lineEnds() == GameState::kMaxWords;
-                if (headDone)
-                    headAscii = !detector.sawNonAscii() || isAsciiText(head);
+                if (headDone && detector.sawNonAscii()) {
+                    TextFormatDetector kept; // the kept lines alone
+                    kept.add(head);
+                    headAscii = !kept.sawNonAscii();
+                }
             }
             return !headDone || (!headAscii && !detector.settled());
         },

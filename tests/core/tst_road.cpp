@@ -43,6 +43,16 @@ void moveTo(const QTableWidget *flex, Cell target)
         press(flex->currentColumn() + 1 < target.second ? Qt::Key_Right : Qt::Key_Left);
 }
 
+// Sets the puzzle's size with the options window's Rows and Columns buttons, answering their input
+// boxes; true once the game holds that size.
+bool setSize(FakePlatform &fake, const GameState &state, int rows, int columns)
+{
+    fake.dialogs.replies = {QString::number(rows), QString::number(columns)};
+    press(Qt::Key_R, Qt::AltModifier);
+    press(Qt::Key_C, Qt::AltModifier);
+    return QTest::qWaitFor([&] { return state.columns == columns; }) && state.rows == rows;
+}
+
 } // namespace
 
 class TestRoad : public QObject {
@@ -82,11 +92,7 @@ void TestRoad::makesAListAndPlaysIt()
     QTRY_VERIFY(activeWindowNamed("frmOptions"));
     QCOMPARE(state.wordListPath, fake.path("animals.wds"));
     QCOMPARE(focusName(), "cmdRows");
-    fake.dialogs.replies = {"8", "9"};
-    press(Qt::Key_R, Qt::AltModifier);
-    press(Qt::Key_C, Qt::AltModifier);
-    QTRY_COMPARE(state.columns, qint16(9));
-    QCOMPARE(state.rows, qint16(8));
+    QVERIFY(setSize(fake, state, 8, 9));
     press(Qt::Key_D, Qt::AltModifier);
     press(Qt::Key_O, Qt::AltModifier);
     QTRY_VERIFY(activeWindowNamed("frmSearch"));
@@ -139,11 +145,7 @@ void TestRoad::everyLetterOfAnyListIsHeard()
     QVERIFY(openFromMenu(game, MenuChoice::PlayPuzzle));
     press(Qt::Key_Return);
     QTRY_VERIFY(activeWindowNamed("frmOptions"));
-    fake.dialogs.replies = {"9", "9"};
-    press(Qt::Key_R, Qt::AltModifier);
-    press(Qt::Key_C, Qt::AltModifier);
-    QTRY_COMPARE(state.columns, qint16(9));
-    QCOMPARE(state.rows, qint16(9));
+    QVERIFY(setSize(fake, state, 9, 9));
     press(Qt::Key_O, Qt::AltModifier);
     QTRY_VERIFY(activeWindowNamed("frmSearch"));
     auto *flex = qobject_cast<QTableWidget *>(focused());

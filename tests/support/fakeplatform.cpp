@@ -233,27 +233,27 @@ QString feel(const BrailleCells &cells)
 void FakeBrailleDisplay::take(QWidget *, Events events)
 {
     m_events = std::move(events);
-    held = true;
-    if (width > 0 && m_events.ready)
-        m_events.ready(width);
+    m_held = true;
+    if (m_events.ready)
+        m_events.ready(kWidth);
 }
 
 void FakeBrailleDisplay::show(const BrailleCells &shown)
 {
-    if (held)
+    if (m_held)
         m_shown = shown;
 }
 
 void FakeBrailleDisplay::release()
 {
-    held = false;
+    m_held = false;
     m_events = {};
 }
 
 void FakeBrailleDisplay::press(Key key)
 {
     const auto pressed = m_events.key;
-    if (held && pressed)
+    if (m_held && pressed)
         pressed(key);
 }
 

@@ -156,22 +156,22 @@ private:
 // "7" or "8" for an added dot.
 QString feel(const BrailleCells &cells);
 
-// A braille display of `width` cells (none at 0) that records what it is
-// given; ready comes at once with each take.
+// A braille display of kWidth cells that records what it is given; ready
+// comes at once with each take.
 class FakeBrailleDisplay final : public BrailleDisplay {
 public:
+    static constexpr int kWidth = 40;
+
     void take(QWidget *, Events events) override;
     void show(const BrailleCells &cells) override;
     void release() override;
     // A key of the display, which reaches the game only while it holds it.
     void press(Key key);
     // What the display shows now: nothing once the game has given it back.
-    BrailleCells shown() const { return held ? m_shown : BrailleCells(); }
-
-    int width = 40;
-    bool held = false;
+    BrailleCells shown() const { return m_held ? m_shown : BrailleCells(); }
 
 private:
+    bool m_held = false;
     Events m_events;
     BrailleCells m_shown;
 };
