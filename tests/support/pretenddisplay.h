@@ -13,6 +13,8 @@
 #include <QList>
 #include <QString>
 
+#include <functional>
+
 namespace lexicove::test {
 
 class PretendDisplay {
